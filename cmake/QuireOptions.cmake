@@ -1,0 +1,15 @@
+# What a packager or a developer may choose. Everything here has a default that
+# gives the ordinary program.
+set(QUIRE_SUPPORT_DIRECTORY "Quire" CACHE STRING
+    "Name of the per-user data folder; a development build may keep its data apart")
+set(QUIRE_UPDATE_HOST "quire.example" CACHE STRING "Host of the version manifest and the help pages")
+set(QUIRE_SAMPLE_DATA "" CACHE PATH
+    "Folder with captured answers of the outside services; tests that read it run only when it is set")
+option(QUIRE_WARNINGS_AS_ERRORS "Stop on the first compiler warning" OFF)
+option(QUIRE_BUILD_BENCHMARKS "Build the benchmarks in bench/" OFF)
+set(QUIRE_SANITIZE "" CACHE STRING "Comma-separated sanitizers, as -fsanitize takes them")
+
+if(QUIRE_SANITIZE)
+    add_compile_options(-fsanitize=${QUIRE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=${QUIRE_SANITIZE})
+endif()

@@ -1,0 +1,7 @@
+#include "concurrency/Clock.h"
+
+namespace quire {
+
+Clock::~Clock() = default;
+
+} // namespace quire

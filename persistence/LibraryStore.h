@@ -1,0 +1,130 @@
+// LibraryStore owns the library: one SQLite file, one connection for the life
+// of the library, one serial executor that everything below runs on. No other
+// part of the program touches the database.
+//
+// Thread: any thread may call; every operation is one hop onto the executor
+// and returns at once with a future. Operations run in the order of the calls
+// and never interleave. Each public write is one transaction.
+//
+// Failures: a future carries a DatabaseError (MissingDatabase whenever the
+// library is not open), a QuireReliabilityError, or the typed wrapper of a
+// file-system failure; a failed write has changed nothing.
+
+#pragma once
+
+#include "concurrency/Clock.h"
+#include "concurrency/SerialExecutor.h"
+#include "records/ArtworkRequest.h"
+#include "records/AudibleLibraryItem.h"
+#include "records/Audiobook.h"
+#include "records/Book.h"
+#include "records/CatalogBooks.h"
+#include "records/GoodreadsFeedBook.h"
+#include "records/ManualBookDraft.h"
+#include "records/TagCount.h"
+#include "reliability/QuireBackgroundJob.h"
+
+#include <QFuture>
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace quire {
+
+// Settings by key, secrets laid over the stored rows. Sorted, so that a batch
+// is written in ascending order of key.
+using SettingsMap = QMap<QString, QString>;
+
+// How many titles have a cover stored, placeholders included.
+struct ArtworkCoverage
+{
+    qint64 books = 0;
+    qint64 audiobooks = 0;
+
+    bool operator==(const ArtworkCoverage &) const = default;
+};
+
+class LibraryStore
+{
+public:
+    // clock: outlives the store. folder: where the library and its local state
+    // live; absent for the configured place. Touches nothing on disk.
+    explicit LibraryStore(const Clock &clock, const std::optional<QString> &folder = std::nullopt);
+
+    // Closes the library if it is open; queued operations run first.
+    ~LibraryStore();
+
+    LibraryStore(const LibraryStore &) = delete;
+    LibraryStore &operator=(const LibraryStore &) = delete;
+
+    // Life. --------------------------------------------------------------
+
+    // Creates the folder, opens the file, brings its schema up to date and, when
+    // recovering, checks it. Does nothing when the library is open. After a
+    // failure the library is closed and no file is held.
+    QFuture<void> prepare(bool recoveringFromCrash);
+
+    // Closes the library. Never fails; may be followed by another prepare().
+    QFuture<void> shutdown();
+
+    // Absolute path of the library file, open or not. Never fails.
+    QFuture<QString> databaseURL();
+
+    // Reads. -------------------------------------------------------------
+
+    // Every book, hidden ones too, with tags, in the store's order. A cover
+    // that did not change since the last call is the same shared value.
+    QFuture<QList<Book>> books();
+    QFuture<QList<Audiobook>> audiobooks();
+    QFuture<QList<TagCount>> tags();
+    QFuture<SettingsMap> settings();
+
+    // Settings. ----------------------------------------------------------
+
+    // Protected keys live in the credential file and never in the table.
+    QFuture<std::optional<QString>> setting(const QString &key);
+    QFuture<void> setSetting(const QString &key, const QString &value);
+    QFuture<void> setSettings(const SettingsMap &values);
+
+    // The reader's edits. -------------------------------------------------
+
+    QFuture<void> updateBook(qint64 id, double rating, const QString &shelf, const QString &notes);
+    QFuture<void> setBookHidden(qint64 id, bool hidden);
+    // The row id of the new book.
+    QFuture<qint64> addManualBook(const ManualBookDraft &draft, const std::optional<CoverBytes> &artwork);
+    QFuture<void> updateAudiobook(qint64 id, double rating, const QString &status, const QString &notes);
+    // The row id of the new or already present audiobook.
+    QFuture<qint64> addAudiobook(const AudibleCatalogBook &book, const QString &status,
+        const std::optional<Url> &preferredCover, const std::optional<CoverBytes> &artwork);
+
+    // Covers. --------------------------------------------------------------
+
+    QFuture<ArtworkCoverage> artworkCoverage();
+    QFuture<QList<ArtworkRequest>> artworkRequestsNeedingCache();
+    // Replaces an existing cover: only at the reader's command.
+    QFuture<void> updateAudiobookCover(qint64 id, const Url &url, const CoverBytes &artwork);
+    // source: a URL's text, "manual" or "generated:placeholder".
+    QFuture<void> storeArtwork(const CoverBytes &artwork, const ArtworkRequest &request, const QString &source);
+
+    // Imports: all or nothing, and never at the expense of what the reader
+    // entered. ------------------------------------------------------------
+
+    QFuture<void> upsertGoodreadsBooks(const QList<GoodreadsFeedBook> &batch);
+    QFuture<AudibleSyncResult> mergeAudibleLibraryItems(const QList<AudibleLibraryItem> &batch);
+
+    // Job history. ----------------------------------------------------------
+
+    QFuture<void> recordBackgroundJob(const QuireJobEvent &event);
+
+private:
+    struct State;
+
+    std::unique_ptr<State> m_state; // touched only on m_executor
+    SerialExecutor m_executor; // last: joins before the state dies
+};
+
+} // namespace quire

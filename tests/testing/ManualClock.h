@@ -1,0 +1,56 @@
+// A clock that stands still until the test moves it. Sleeps end when the time
+// passes their moment, in the order of their moments.
+//
+// Thread: now() from any thread; everything else on the test's.
+
+#pragma once
+
+#include "concurrency/Clock.h"
+
+#include <QFuture>
+#include <QPromise>
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace quire::testing {
+
+class ManualClock final : public Clock
+{
+public:
+    explicit ManualClock(Instant start = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21) + std::chrono::hours(12));
+    ~ManualClock() override;
+
+    Instant now() const override;
+    QCoro::Task<> sleep(std::chrono::nanoseconds duration, std::stop_token stop) override;
+
+    // Moves the time on and ends the sleeps that are over by then.
+    void advance(std::chrono::nanoseconds duration);
+
+    // Moves the wall clock alone, as a reader does who sets it.
+    void setNow(Instant now);
+
+    // Sleeps that are under way.
+    std::size_t sleepers() const;
+
+    // The lengths of all sleeps ever asked for, in order.
+    std::vector<std::chrono::nanoseconds> requestedSleeps() const { return m_requested; }
+
+private:
+    struct Sleeper
+    {
+        std::chrono::nanoseconds until;
+        std::shared_ptr<QPromise<void>> promise;
+    };
+
+    void wake(const std::shared_ptr<QPromise<void>> &promise);
+
+    mutable std::mutex m_mutex; // now() is read on executors
+    Instant m_now;
+    std::chrono::nanoseconds m_elapsed{0};
+    std::vector<Sleeper> m_sleepers;
+    std::vector<std::chrono::nanoseconds> m_requested;
+};
+
+} // namespace quire::testing
