@@ -1,0 +1,275 @@
+// AppModel is the spine of the program: it owns the library, holds everything
+// that the interface shows, and drives all background work. The whole state of
+// the program is read on this page: first the observable fields, then what can
+// be done with them.
+//
+// Thread: the interface thread, all of it. What may take time is awaited, and
+// every operation may be left suspended when the model dies: it then ends
+// without touching it.
+//
+// Failures: an operation reports by `notice` (the reader asked for it), by
+// `toastMessage` or by the log; only those documented so throw.
+
+#pragma once
+
+#include "concurrency/Clock.h"
+#include "concurrency/TaskSlot.h"
+#include "core/AppModelDependencies.h"
+#include "core/LibrarySlice.h"
+#include "core/SettingsEdit.h"
+#include "core/SettingsSnapshot.h"
+#include "records/AppNotice.h"
+#include "records/AudibleAppAvailability.h"
+#include "records/Audiobook.h"
+#include "records/Book.h"
+#include "records/CatalogBooks.h"
+#include "records/Enumerations.h"
+#include "records/Statistics.h"
+#include "records/TagCount.h"
+#include "reliability/QuireBackgroundJob.h"
+
+#include <QCoroTask>
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+namespace quire {
+
+class LibraryIndex;
+class LibraryStore;
+class QuireBackgroundWorkCoordinator;
+
+class AppModel : public QObject
+{
+    Q_OBJECT
+
+public:
+    // store: not opened yet. launchCacheDirectory: where this machine's session
+    // record lives, never the possibly shared library folder; absent for a
+    // model without one. Reads nothing.
+    AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QString> &launchCacheDirectory,
+        AppModelDependencies dependencies, QObject *parent = nullptr);
+    ~AppModel() override;
+
+    // Observable fields. Each is followed by a signal of its own when it
+    // changes; lists are announced whenever they are assigned. ---------------
+
+    const QList<Book> &books() const { return m_books; } // hidden ones too, in the store's order
+    const QList<Audiobook> &audiobooks() const { return m_audiobooks; }
+    const LibrarySlice<Book> &filteredBooks() const { return m_filteredBooks; } // what the grid pages through
+    const LibrarySlice<Audiobook> &filteredAudiobooks() const { return m_filteredAudiobooks; }
+    qint64 bookPage() const { return m_bookPage; } // of filteredBooks, from 1
+    const QList<TagCount> &tags() const { return m_tags; }
+    const SettingsSnapshot &settings() const { return m_settings; }
+    const std::optional<Book> &currentBook() const { return m_currentBook; } // being read now
+    const std::optional<Audiobook> &currentAudiobook() const { return m_currentAudiobook; }
+    const GoodreadsStatistics &goodreadsStatistics() const { return m_goodreadsStatistics; }
+    const ReadingInsightsSnapshot &readingInsights() const { return m_readingInsights; }
+    const AudibleStatistics &audibleStatistics() const { return m_audibleStatistics; }
+    const QString &artworkStatus() const { return m_artworkStatus; }
+    const AudibleAppAvailability &audibleAvailability() const { return m_audibleAvailability; }
+    bool isReady() const { return m_isReady; } // the library is open and loaded
+    bool isWorking() const { return m_isWorking; } // a foreground job runs
+    const QString &activityLabel() const { return m_activityLabel; } // words beside the working indicator
+    std::optional<SidebarOperation> activeSidebarOperation() const { return m_activeSidebarOperation; }
+    bool isSyncingAll() const { return m_isSyncingAll; }
+    const std::optional<QString> &toastMessage() const { return m_toastMessage; }
+    const std::optional<AppNotice> &notice() const { return m_notice; }
+    LibraryTab selectedTab() const { return m_selectedTab; }
+    LibraryShelf selectedShelf() const { return m_selectedShelf; }
+    LibrarySort selectedSort() const { return m_selectedSort; }
+    const QString &searchText() const { return m_searchText; }
+    const std::optional<Book> &selectedBook() const { return m_selectedBook; } // detail view open
+    const std::optional<Audiobook> &selectedAudiobook() const { return m_selectedAudiobook; }
+    const QList<AudibleCatalogBook> &audibleCatalogResults() const { return m_audibleCatalogResults; }
+    bool isSearchingAudible() const { return m_isSearchingAudible; }
+    const std::optional<QString> &audibleSearchError() const { return m_audibleSearchError; }
+
+    // Read-only values made of them. -----------------------------------------
+
+    qint64 totalBookPages() const; // at least 1
+    LibrarySlice<Book> paginatedBooks() const; // the page of bookPage, which is first brought into range
+    QString bookPageDescription() const;
+    LibraryTab visibleTab(LibraryTab tab) const; // Insights stands in for a section that is switched off
+
+    // Life. --------------------------------------------------------------------
+
+    // Opens the library, loads it, and runs the automatic syncs. Once per model;
+    // a failure ends in the notice "Quire Could Not Open", with no second try.
+    QCoro::Task<> start();
+
+    // Reads everything anew and settles what is derived from it. Every change
+    // of the library is followed by this. Throws the failure of the store,
+    // with no field changed.
+    QCoro::Task<> reload();
+
+    // Cancels the tasks, closes the library, marks the session clean. Never
+    // fails.
+    QCoro::Task<> shutdown();
+
+    // View state: each runs its change handler. --------------------------------
+
+    void setSelectedTab(LibraryTab tab); // also empties shelf and search
+    void setSelectedShelf(LibraryShelf shelf);
+    void setSelectedSort(LibrarySort sort);
+    void setSearchText(const QString &text);
+    void setBookPage(qint64 page); // as it is, also out of range
+    void showNextBookPage(); // within 1 and totalBookPages
+    void showPreviousBookPage();
+    void setSelectedBook(const std::optional<Book> &book);
+    void setSelectedAudiobook(const std::optional<Audiobook> &audiobook);
+    void setNotice(const std::optional<AppNotice> &notice);
+
+    // Shows a passing text, replacing the one now shown.
+    void showToast(const QString &message, std::chrono::milliseconds duration);
+
+    // Jobs. ----------------------------------------------------------------------
+
+    // The single road of every long job: the coordinator's slot, a line of job
+    // history per attempt, another try for transient failures. Nothing when the
+    // same job is already running or waiting; throws the final failure, or
+    // Cancelled when `stop` ended the wait before another try.
+    template<typename Result>
+    QCoro::Task<std::optional<Result>> coordinated(QuireBackgroundJob job, bool automatic,
+        std::function<QCoro::Task<Result>()> operation, std::stop_token stop = {});
+
+    QCoro::Task<> synchronizeGoodreads(bool automatic);
+
+    // One manual sync of every source that is configured. Does nothing while a
+    // job runs.
+    QCoro::Task<> synchronizeAll();
+
+    // Settings. ------------------------------------------------------------------
+
+    // Validates and stores what the settings window holds, then reloads. True
+    // when all of it is saved; false leaves the reason in `notice`.
+    QCoro::Task<bool> saveSettings(SettingsEdit edit);
+
+Q_SIGNALS:
+    void booksChanged();
+    void audiobooksChanged();
+    void filteredBooksChanged();
+    void filteredAudiobooksChanged();
+    void bookPageChanged();
+    void tagsChanged();
+    void settingsChanged();
+    void currentBookChanged();
+    void currentAudiobookChanged();
+    void goodreadsStatisticsChanged();
+    void readingInsightsChanged();
+    void audibleStatisticsChanged();
+    void artworkStatusChanged();
+    void audibleAvailabilityChanged();
+    void isReadyChanged();
+    void isWorkingChanged();
+    void activityLabelChanged();
+    void activeSidebarOperationChanged();
+    void isSyncingAllChanged();
+    void toastMessageChanged();
+    void noticeChanged();
+    void selectedTabChanged();
+    void selectedShelfChanged();
+    void selectedSortChanged();
+    void searchTextChanged();
+    void selectedBookChanged();
+    void selectedAudiobookChanged();
+    void audibleCatalogResultsChanged();
+    void isSearchingAudibleChanged();
+    void audibleSearchErrorChanged();
+
+private:
+    // Announces a change; nothing happens when the value stays the same.
+    template<typename Value, typename Given>
+    void assign(Value &field, Given &&value, void (AppModel::*changed)());
+
+    // Life.
+    QCoro::Task<> openLibrary();
+    QCoro::Task<bool> beginSession();
+    void settleTab(const QString &storedTab);
+    void refreshOpenDetails();
+
+    // View state.
+    void changeTab(LibraryTab tab);
+    void rebuildFilteredLibraries();
+    void rebuildDerivedState();
+    LibrarySlice<Book> makeFilteredBooks() const;
+    LibrarySlice<Audiobook> makeFilteredAudiobooks() const;
+    void rememberSelectedTab();
+    QCoro::Task<> saveSelectedTab(LibraryTab tab, std::stop_token stop);
+    QCoro::Task<> clearToast(std::chrono::milliseconds after, std::stop_token stop);
+
+    // Jobs.
+    QCoro::Task<bool> runCoordinated(
+        QuireBackgroundJob job, bool automatic, std::function<QCoro::Task<>()> attempt, std::stop_token stop);
+    QCoro::Task<> record(QuireJobEvent event);
+    void beginWork(SidebarOperation operation, const QString &label);
+    void endWork();
+
+    QList<Book> m_books;
+    QList<Audiobook> m_audiobooks;
+    LibrarySlice<Book> m_filteredBooks;
+    LibrarySlice<Audiobook> m_filteredAudiobooks;
+    qint64 m_bookPage = 1;
+    QList<TagCount> m_tags;
+    SettingsSnapshot m_settings;
+    std::optional<Book> m_currentBook;
+    std::optional<Audiobook> m_currentAudiobook;
+    GoodreadsStatistics m_goodreadsStatistics;
+    ReadingInsightsSnapshot m_readingInsights;
+    AudibleStatistics m_audibleStatistics;
+    QString m_artworkStatus = QStringLiteral("Artwork is stored locally as it becomes available.");
+    AudibleAppAvailability m_audibleAvailability;
+    bool m_isReady = false;
+    bool m_isWorking = false;
+    QString m_activityLabel;
+    std::optional<SidebarOperation> m_activeSidebarOperation;
+    bool m_isSyncingAll = false;
+    std::optional<QString> m_toastMessage;
+    std::optional<AppNotice> m_notice;
+    LibraryTab m_selectedTab = LibraryTab::Insights;
+    LibraryShelf m_selectedShelf = LibraryShelf::Read;
+    LibrarySort m_selectedSort = LibrarySort::Recent;
+    QString m_searchText;
+    std::optional<Book> m_selectedBook;
+    std::optional<Audiobook> m_selectedAudiobook;
+    QList<AudibleCatalogBook> m_audibleCatalogResults;
+    bool m_isSearchingAudible = false;
+    std::optional<QString> m_audibleSearchError;
+
+    AppModelDependencies m_dependencies;
+    std::shared_ptr<LibraryStore> m_store; // shared with the jobs under way, which outlive the model
+    std::optional<QString> m_sessionFile; // absent without a launch cache directory
+    std::unique_ptr<QuireBackgroundWorkCoordinator> m_workCoordinator;
+    std::shared_ptr<const LibraryIndex> m_bookIndex; // keys of m_books, row by row
+    std::shared_ptr<const LibraryIndex> m_audiobookIndex;
+    bool m_didStart = false;
+    TaskSlot m_toastTask;
+    TaskSlot m_selectedTabSaveTask;
+    bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
+    bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search
+    bool m_sessionDidBegin = false; // a session record awaits its end
+};
+
+template<typename Result>
+QCoro::Task<std::optional<Result>> AppModel::coordinated(
+    QuireBackgroundJob job, bool automatic, std::function<QCoro::Task<Result>()> operation, std::stop_token stop)
+{
+    struct Attempt
+    {
+        static QCoro::Task<> run(QCoro::Task<Result> operation, std::optional<Result> *result)
+        {
+            *result = co_await operation;
+        }
+    };
+    std::optional<Result> result;
+    const auto running = runCoordinated(
+        job, automatic, [&operation, &result] { return Attempt::run(operation(), &result); }, stop);
+    co_await running;
+    co_return result; // absent when turned away
+}
+
+} // namespace quire

@@ -1,0 +1,26 @@
+// What the application model needs of the world. A test hands in its own.
+
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace quire {
+
+class Clock;
+class NetworkClient;
+struct ServiceEndpoints;
+
+// A uniformly random length from zero to `maximum`, both included.
+std::chrono::nanoseconds randomDelay(std::chrono::nanoseconds maximum);
+
+// The references outlive the model and every job it started.
+struct AppModelDependencies
+{
+    Clock &clock;
+    NetworkClient &network;
+    const ServiceEndpoints &endpoints;
+    std::function<std::chrono::nanoseconds(std::chrono::nanoseconds maximum)> jitter = randomDelay; // of retries
+};
+
+} // namespace quire
