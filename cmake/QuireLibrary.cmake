@@ -24,11 +24,35 @@ function(quire_add_library name)
     target_link_libraries(quire_${name} PUBLIC ${ARG_USES} PRIVATE ${ARG_USES_PRIVATELY})
 endfunction()
 
-# quire_add_test(<name> SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds])
-# A GoogleTest program with an application object and a C locale; each test of
-# it is a test of ctest, so that the counts are those of sentences proved.
+# What every test runs under. A sanitized program is told where its suppressions
+# and its symbolizer are; both are ignored by an ordinary build.
+set(quire_test_environment
+    QT_QPA_PLATFORM=offscreen
+    QT_QUICK_BACKEND=software
+    QT_QUICK_CONTROLS_STYLE=Basic
+    LC_ALL=C.UTF-8
+    TZ=Europe/Oslo
+    "ASAN_OPTIONS=external_symbolizer_path=/usr/bin/llvm-symbolizer-16"
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/sanitizers/leaks.supp:print_suppressions=0"
+    "UBSAN_OPTIONS=print_stacktrace=1"
+    "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/sanitizers/threads.supp:external_symbolizer_path=/usr/bin/llvm-symbolizer-16")
+
+# Where each test program leaves its cases as JUnit, for scripts/test.sh to count.
+set(quire_test_results ${CMAKE_BINARY_DIR}/test-results)
+
+# What every test of ctest shares; its label is its folder below tests/.
+function(quire_set_test_properties name timeout)
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/tests OUTPUT_VARIABLE folder)
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${timeout}
+        LABELS "${folder}"
+        ENVIRONMENT "${quire_test_environment};GTEST_OUTPUT=xml:${quire_test_results}/${name}.xml")
+endfunction()
+
+# quire_add_test(<name> SOURCES ... USES ... [TIMEOUT seconds])
+# A GoogleTest program with an application object and a C locale.
 function(quire_add_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;USES" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()
@@ -37,11 +61,23 @@ function(quire_add_test name)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${ARG_USES} quire_testing)
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES
-        TIMEOUT ${ARG_TIMEOUT}
-        LABELS "${ARG_LABELS}"
-        ENVIRONMENT "${quire_test_environment}")
+    quire_set_test_properties(${name} ${ARG_TIMEOUT})
 endfunction()
 
-set(quire_test_environment
-    "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;QT_QUICK_CONTROLS_STYLE=Basic;LC_ALL=C.UTF-8;TZ=Europe/Oslo")
+# quire_add_quick_test(<name> SOURCES ... USES ... [TIMEOUT seconds])
+# A Qt Quick Test program: its main from QUICK_TEST_MAIN_WITH_SETUP, its cases
+# in tst_*.qml beside it.
+function(quire_add_quick_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;USES" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    quire_set_target_options(${name})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(${name} PRIVATE QUICK_TEST_SOURCE_DIR="${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE ${ARG_USES} Qt6::QuickTest)
+    file(MAKE_DIRECTORY ${quire_test_results})
+    add_test(NAME ${name} COMMAND ${name} -o ${quire_test_results}/${name}.xml,junitxml -o -,txt)
+    quire_set_test_properties(${name} ${ARG_TIMEOUT})
+endfunction()

@@ -1,0 +1,55 @@
+# The Debian packages that Quire needs, by purpose, and their installation;
+# to be sourced, not run.
+# shellcheck shell=bash disable=SC2034
+
+packages_build=(
+    clang-16 g++ cmake ninja-build ccache pkg-config git ca-certificates
+    qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
+    libgl1-mesa-dev qcoro-qt6-dev libsqlite3-dev bootstrap-icons
+    libgtest-dev libgmock-dev libbenchmark-dev
+)
+
+packages_run=(
+    qt6-image-formats-plugins
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
+    qml6-module-qtquick-templates qml6-module-qtquick-window
+    libgl1-mesa-dri libegl1
+)
+
+# The families that the interface offers, or their nearest free relatives.
+packages_fonts=(
+    fonts-inter fonts-lato fonts-texgyre fonts-sil-charis fonts-noto-core
+    fonts-adf-baskervald fonts-adf-gillius fonts-league-spartan fonts-linuxlibertine
+)
+
+packages_headless=(xvfb xauth xdotool imagemagick)
+
+packages_demo=(python3)
+
+packages_test=(
+    libclang-rt-16-dev llvm-16 qml6-module-qttest
+    python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi at-spi2-core dbus dbus-x11
+    sqlite3 "${packages_headless[@]}"
+)
+
+packages_lint=(clang-tidy-16 clang-format-16 shellcheck python3)
+
+# need PURPOSE...: installs what is missing of the named lists, and says so.
+need() {
+    local purpose package missing=()
+    for purpose in "$@"; do
+        local -n list="packages_$purpose"
+        for package in "${list[@]}"; do
+            if ! dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+                missing+=("$package")
+            fi
+        done
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    say "Installing ${#missing[@]} packages: ${missing[*]}"
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+}
