@@ -123,6 +123,11 @@ public:
 private:
     struct State;
 
+    template<typename Job>
+    auto read(Job job);
+    template<typename Job>
+    auto write(Job job);
+
     std::unique_ptr<State> m_state; // touched only on m_executor
     SerialExecutor m_executor; // last: joins before the state dies
 };

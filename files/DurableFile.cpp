@@ -1,0 +1,138 @@
+#include "files/DurableFile.h"
+
+#include "files/FileError.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quire::DurableFile {
+
+namespace {
+
+// A descriptor that is closed on every path. close() is separate where its
+// failure matters.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number)
+        : m_number(number)
+    {
+    }
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    int number() const { return m_number; }
+    int close()
+    {
+        const int number = std::exchange(m_number, -1);
+        return number < 0 ? 0 : ::close(number);
+    }
+
+private:
+    int m_number;
+};
+
+// Removes the temporary file unless it was renamed.
+class Temporary
+{
+public:
+    explicit Temporary(const QString &path)
+        : m_path(QFile::encodeName(path))
+    {
+    }
+    ~Temporary()
+    {
+        if (!m_kept) {
+            ::unlink(m_path.constData());
+        }
+    }
+    Temporary(const Temporary &) = delete;
+    Temporary &operator=(const Temporary &) = delete;
+
+    const char *path() const { return m_path.constData(); }
+    void keep() { m_kept = true; }
+
+private:
+    QByteArray m_path;
+    bool m_kept = false;
+};
+
+[[noreturn]] void fail(const QString &path)
+{
+    throw FileError(QStringLiteral("write the file"), path, errno);
+}
+
+void writeAll(int descriptor, const QByteArray &bytes, const QString &path)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(descriptor, bytes.constData() + written, size_t(bytes.size() - written));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            fail(path);
+        }
+        written += count;
+    }
+}
+
+void syncFolder(const QString &folder, const QString &path)
+{
+    Descriptor opened(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Some network file systems know no sync of a folder and say EINVAL.
+    if (opened.number() < 0 || (::fsync(opened.number()) != 0 && errno != EINVAL)) {
+        fail(path);
+    }
+}
+
+} // namespace
+
+void write(const QString &path, const QByteArray &bytes, mode_t mode)
+{
+    const QFileInfo target(path);
+    // Hidden, and with a fresh name: two writers never share one.
+    const QString temporaryPath
+        = QStringLiteral("%1/.%2.%3.tmp")
+              .arg(target.absolutePath(), target.fileName(), QUuid::createUuid().toString(QUuid::WithoutBraces));
+    Temporary temporary(temporaryPath);
+    Descriptor file(::open(temporary.path(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+    if (file.number() < 0) {
+        temporary.keep(); // nothing of ours is there
+        fail(path);
+    }
+    // The mask may have taken bits away; it can never have added one.
+    if (::fchmod(file.number(), mode) != 0) {
+        fail(path);
+    }
+    writeAll(file.number(), bytes, path);
+    if (::fsync(file.number()) != 0 || file.close() != 0) {
+        fail(path);
+    }
+    if (::rename(temporary.path(), QFile::encodeName(path).constData()) != 0) {
+        fail(path);
+    }
+    temporary.keep();
+    syncFolder(target.absolutePath(), path);
+}
+
+void createFolder(const QString &path)
+{
+    std::error_code error;
+    std::filesystem::create_directories(QFile::encodeName(path).toStdString(), error);
+    if (error) {
+        throw FileError(QStringLiteral("create the folder"), path, error.value());
+    }
+}
+
+} // namespace quire::DurableFile

@@ -1,0 +1,29 @@
+// Writing files that must not be lost: a reader sees the old content or the
+// new, never part of either, and what was reported as written survives a power
+// cut. Everything below the application core that keeps a file of its own goes
+// through here; it is a room of its own since reliability/ and persistence/
+// both need it and neither may lean on the other's.
+//
+// Thread: any; blocks on the disk.
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/types.h>
+
+namespace quire::DurableFile {
+
+// Replaces the file at `path` with `bytes`: a temporary file beside it, created
+// with `mode` from its first byte, written, synced, renamed over it, and the
+// folder synced. The folder must exist. mode: permission bits; the process's
+// mask takes nothing away from them. Throws FileError, the old file as it was
+// and no temporary left.
+void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
+
+// Creates the folder at `path` with its parents; fine when it exists.
+// Throws FileError.
+void createFolder(const QString &path);
+
+} // namespace quire::DurableFile

@@ -1,0 +1,16 @@
+// Where Quire keeps its files. The places are looked up anew at every call, as
+// the environment may point them elsewhere.
+//
+// Thread: any.
+
+#pragma once
+
+#include <QString>
+
+namespace quire::AppDirectories {
+
+// The program's folder in the reader's data directory, absolute; named by the
+// build, "Quire" unless a development build keeps its data apart. May not exist.
+QString supportDirectory();
+
+} // namespace quire::AppDirectories

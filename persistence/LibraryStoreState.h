@@ -1,0 +1,53 @@
+// What LibraryStore holds while it lives, and the two hops that every operation
+// is made of. For the files that implement LibraryStore, and for nobody else.
+//
+// Thread: State is touched only on the store's executor.
+
+#pragma once
+
+#include "persistence/CoverCache.h"
+#include "persistence/database/DatabaseError.h"
+#include "persistence/database/SQLiteDatabase.h"
+#include "persistence/database/Transaction.h"
+#include "persistence/LibraryStore.h"
+#include "persistence/QuireCredentialStore.h"
+
+#include <memory>
+
+namespace quire {
+
+struct LibraryStore::State
+{
+    State(const Clock &storeClock, const QString &folder);
+
+    QString databaseURL() const { return supportDirectory + QStringLiteral("/quire.db"); }
+    void requireOpen() const;
+
+    const Clock &clock;
+    QString supportDirectory; // the library's folder
+    QString localStateDirectory; // never in a folder that a sync service copies
+    QuireCredentialStore credentialStore;
+    std::unique_ptr<SQLiteDatabase> database; // null while the library is closed
+    CoverCache covers;
+};
+
+// One hop: `job` gets the State, with a database that is open; otherwise the
+// future fails with MissingDatabase. For reads, and for writes of one statement.
+template<typename Job>
+auto LibraryStore::read(Job job)
+{
+    return m_executor.submit([state = m_state.get(), job = std::move(job)]() mutable {
+        state->requireOpen();
+        return job(*state);
+    });
+}
+
+// As read(), with the whole of `job` in one transaction.
+template<typename Job>
+auto LibraryStore::write(Job job)
+{
+    return read([job = std::move(job)](
+                    State &state) mutable { return inTransaction(*state.database, [&] { return job(state); }); });
+}
+
+} // namespace quire

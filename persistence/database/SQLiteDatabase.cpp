@@ -1,0 +1,164 @@
+#include "persistence/database/SQLiteDatabase.h"
+
+#include "persistence/database/DatabaseError.h"
+#include "persistence/database/SQLiteStatement.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+#include <memory>
+
+namespace quire {
+
+namespace {
+
+constexpr int readOnlyFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_FULLMUTEX;
+constexpr int readWriteFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
+constexpr int busyTimeoutMilliseconds = 5000;
+
+static_assert(readOnlyFlags == 0x10001 && readWriteFlags == 0x10006);
+
+// The two connections of a copy: closed with sqlite3_close, in the order
+// destination, source.
+struct Close
+{
+    void operator()(sqlite3 *handle) const { sqlite3_close(handle); }
+};
+using Connection = std::unique_ptr<sqlite3, Close>;
+
+Connection openForCopy(const QString &path, int flags, const QString &failure)
+{
+    sqlite3 *raw = nullptr;
+    const int code = sqlite3_open_v2(QFile::encodeName(path).constData(), &raw, flags, nullptr);
+    Connection connection(raw); // SQLite gives one even when opening fails
+    if (code != SQLITE_OK || !connection) {
+        throw DatabaseError(DatabaseError::Kind::Backup, failure);
+    }
+    return connection;
+}
+
+} // namespace
+
+SQLiteDatabase::SQLiteDatabase(const QString &url, bool readOnly)
+    : m_url(url)
+{
+    const int code = sqlite3_open_v2(
+        QFile::encodeName(url).constData(), &m_handle, readOnly ? readOnlyFlags : readWriteFlags, nullptr);
+    if (code != SQLITE_OK || !m_handle) {
+        const QString text
+            = m_handle ? QString::fromUtf8(sqlite3_errmsg(m_handle)) : QStringLiteral("Unknown SQLite error");
+        sqlite3_close(m_handle);
+        throw DatabaseError(DatabaseError::Kind::Open, text);
+    }
+    sqlite3_busy_timeout(m_handle, busyTimeoutMilliseconds);
+    harden();
+}
+
+SQLiteDatabase::~SQLiteDatabase()
+{
+    close();
+}
+
+void SQLiteDatabase::harden()
+{
+    // None of these reads the file, and none can fail on an open connection.
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_exec(m_handle, "PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0;", nullptr, nullptr, nullptr);
+}
+
+void SQLiteDatabase::close()
+{
+    sqlite3_close_v2(m_handle);
+    m_handle = nullptr;
+}
+
+QString SQLiteDatabase::message() const
+{
+    return m_handle ? QString::fromUtf8(sqlite3_errmsg(m_handle)) : QStringLiteral("The database is closed.");
+}
+
+void SQLiteDatabase::executeScript(const char *sql)
+{
+    if (!m_handle) {
+        throw DatabaseError(DatabaseError::Kind::Execute, message());
+    }
+    char *raw = nullptr;
+    const int code = sqlite3_exec(m_handle, sql, nullptr, nullptr, &raw);
+    const std::unique_ptr<char, decltype(&sqlite3_free)> returned(raw, sqlite3_free);
+    if (code != SQLITE_OK) {
+        throw DatabaseError(DatabaseError::Kind::Execute, returned ? QString::fromUtf8(returned.get()) : message());
+    }
+}
+
+int SQLiteDatabase::execute(const char *sql, const QList<SQLiteValue> &values)
+{
+    return SQLiteStatement(*this, sql).run(values);
+}
+
+QList<SQLiteRow> SQLiteDatabase::query(const char *sql, const QList<SQLiteValue> &values) const
+{
+    SQLiteStatement statement(*this, sql);
+    statement.bind(values);
+    QList<QString> names;
+    for (int column = 0; column < statement.columnCount(); ++column) {
+        names.append(statement.columnName(column));
+    }
+    QList<SQLiteRow> rows;
+    while (statement.step()) {
+        SQLiteRow row;
+        for (int column = 0; column < int(names.size()); ++column) {
+            row.set(names[column], statement.value(column));
+        }
+        rows.append(std::move(row));
+    }
+    return rows;
+}
+
+std::optional<SQLiteValue> SQLiteDatabase::scalar(const char *sql, const QList<SQLiteValue> &values) const
+{
+    SQLiteStatement statement(*this, sql);
+    statement.bind(values);
+    std::optional<SQLiteValue> first;
+    while (statement.step()) { // to the end, where a late failure shows
+        if (!first) {
+            first = statement.value(0);
+        }
+    }
+    return first;
+}
+
+bool SQLiteDatabase::firstValueIsOk(const char *pragma) const
+{
+    const auto first = scalar(pragma);
+    return first && first->string({}) == QStringLiteral("ok");
+}
+
+bool SQLiteDatabase::quickCheck() const
+{
+    return firstValueIsOk("PRAGMA quick_check");
+}
+
+bool SQLiteDatabase::integrityCheck() const
+{
+    return firstValueIsOk("PRAGMA integrity_check");
+}
+
+void SQLiteDatabase::backUp(const QString &source, const QString &destination)
+{
+    const Connection from
+        = openForCopy(source, readOnlyFlags, QStringLiteral("The source database could not be opened."));
+    const Connection to
+        = openForCopy(destination, readWriteFlags, QStringLiteral("The destination database could not be opened."));
+    sqlite3_backup *const backup = sqlite3_backup_init(to.get(), "main", from.get(), "main");
+    // One step for the whole file: between steps a foreign writer would make
+    // SQLite begin anew, for ever.
+    const int stepped = backup ? sqlite3_backup_step(backup, -1) : SQLITE_ERROR;
+    const int finished = backup ? sqlite3_backup_finish(backup) : SQLITE_ERROR;
+    if ((stepped != SQLITE_DONE && stepped != SQLITE_OK) || finished != SQLITE_OK) {
+        throw DatabaseError(DatabaseError::Kind::Backup, QString::fromUtf8(sqlite3_errmsg(to.get())));
+    }
+}
+
+} // namespace quire

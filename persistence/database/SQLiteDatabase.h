@@ -1,0 +1,89 @@
+// SQLiteDatabase is a thin layer over one SQLite connection. It owns the
+// connection and adds typed values and typed failures, nothing else.
+//
+// The file is untrusted: it may have been written by another program or torn by
+// a sync service. The connection therefore refuses to change its own schema
+// behind SQLite's back, runs no application function from the schema, checks
+// cells when it reads pages, and maps no file into memory, where an I/O error
+// would be a signal.
+//
+// The file itself must never be opened, read and closed by other means while a
+// connection to it is open in this process: closing it drops SQLite's locks.
+//
+// Thread: one at a time; in the program, the executor of its owner.
+//
+// Failures: DatabaseError. Once closed, every operation fails with the text
+// "The database is closed."
+
+#pragma once
+
+#include "persistence/database/SQLiteValue.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+struct sqlite3;
+
+namespace quire {
+
+class SQLiteDatabase
+{
+public:
+    // url: absolute path of the file, created when absent unless readOnly.
+    // Touches no byte of it. Throws DatabaseError Open.
+    explicit SQLiteDatabase(const QString &url, bool readOnly = false);
+    ~SQLiteDatabase(); // closes
+
+    SQLiteDatabase(const SQLiteDatabase &) = delete;
+    SQLiteDatabase &operator=(const SQLiteDatabase &) = delete;
+
+    // Closes the connection. Harmless when it is closed.
+    void close();
+    bool isOpen() const { return m_handle != nullptr; }
+
+    // Absolute path of the file.
+    const QString &url() const { return m_url; }
+
+    // One or more statements without parameters; rows are dropped.
+    // Throws DatabaseError Execute.
+    void executeScript(const char *sql);
+
+    // One statement that yields no rows, with values for parameters 1, 2, 3 and
+    // so on. The number of rows changed by the last INSERT, UPDATE or DELETE.
+    // Throws DatabaseError Prepare or Step.
+    int execute(const char *sql, const QList<SQLiteValue> &values = {});
+
+    // Every row, in step order; on a failure in the middle none.
+    // Throws DatabaseError Prepare or Step.
+    QList<SQLiteRow> query(const char *sql, const QList<SQLiteValue> &values = {}) const;
+
+    // The first row's value of a statement of one column, nothing without a row.
+    // Throws DatabaseError Prepare or Step.
+    std::optional<SQLiteValue> scalar(const char *sql, const QList<SQLiteValue> &values = {}) const;
+
+    // Whether SQLite's short or complete check of the file finds nothing.
+    // Throws DatabaseError Prepare or Step.
+    bool quickCheck() const;
+    bool integrityCheck() const;
+
+    // Copies the whole database at `source` to `destination`, in one step and
+    // through connections of its own, so that a database in use is copied in one
+    // consistent state. Throws DatabaseError Backup.
+    static void backUp(const QString &source, const QString &destination);
+
+    // For SQLiteStatement: the connection, null when closed, and what it says of
+    // its last failure.
+    sqlite3 *handle() const { return m_handle; }
+    QString message() const;
+
+private:
+    void harden();
+    bool firstValueIsOk(const char *pragma) const;
+
+    sqlite3 *m_handle = nullptr;
+    QString m_url;
+};
+
+} // namespace quire
