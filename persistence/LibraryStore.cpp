@@ -1,6 +1,9 @@
 #include "persistence/LibraryStore.h"
 
+#include "files/DurableFile.h"
 #include "persistence/AppDirectories.h"
+#include "persistence/JobHistory.h"
+#include "persistence/LibraryOpening.h"
 #include "persistence/LibraryStoreState.h"
 
 #include <QDir>
@@ -30,6 +33,37 @@ LibraryStore::LibraryStore(const Clock &clock, const std::optional<QString> &fol
 }
 
 LibraryStore::~LibraryStore() = default;
+
+QFuture<void> LibraryStore::prepare(bool recoveringFromCrash)
+{
+    return m_executor.submit([state = m_state.get(), recoveringFromCrash] {
+        if (state->database) {
+            return;
+        }
+        DurableFile::createFolder(state->supportDirectory);
+        // Held here until the last step has passed: a failure closes it.
+        auto database
+            = LibraryOpening::openPrepared(state->databaseURL(), state->supportDirectory, state->localStateDirectory);
+        LibraryOpening::migrateCredentials(*database, state->credentialStore);
+        if (recoveringFromCrash) {
+            LibraryOpening::recoverFromCrash(*database);
+        }
+        state->database = std::move(database);
+    });
+}
+
+QFuture<void> LibraryStore::shutdown()
+{
+    return m_executor.submit([state = m_state.get()] {
+        state->database.reset();
+        state->covers.clear();
+    });
+}
+
+QFuture<void> LibraryStore::recordBackgroundJob(const QuireJobEvent &event)
+{
+    return read([event](State &state) { JobHistory::record(*state.database, event); });
+}
 
 QFuture<QString> LibraryStore::databaseURL()
 {

@@ -1,0 +1,97 @@
+#include "persistence/LibraryOpening.h"
+
+#include "persistence/AppDirectories.h"
+#include "persistence/BaseSchema.h"
+#include "persistence/database/DatabaseError.h"
+#include "persistence/database/SQLiteDatabase.h"
+#include "persistence/database/Transaction.h"
+#include "persistence/JobHistory.h"
+#include "persistence/Migrations.h"
+#include "persistence/QuireCredentialStore.h"
+
+#include <QFile>
+
+#include <filesystem>
+
+namespace quire::LibraryOpening {
+
+namespace {
+
+// Absolute and free of symbolic links; what does not exist stays as it is.
+std::filesystem::path resolved(const QString &folder)
+{
+    const std::filesystem::path path(QFile::encodeName(folder).toStdString());
+    std::error_code error;
+    auto canonical = std::filesystem::weakly_canonical(path, error);
+    return error ? path.lexically_normal() : canonical;
+}
+
+bool isDefaultFolder(const QString &folder)
+{
+    return resolved(folder) == resolved(AppDirectories::supportDirectory());
+}
+
+void setJournalMode(SQLiteDatabase &database, const QString &folder)
+{
+    if (isDefaultFolder(folder)) {
+        database.executeScript("PRAGMA journal_mode = WAL;\n"
+                               "PRAGMA foreign_keys = ON;\n"
+                               "PRAGMA synchronous = NORMAL;\n"
+                               "PRAGMA busy_timeout = 5000;");
+    } else {
+        database.executeScript("PRAGMA journal_mode = DELETE;\n"
+                               "PRAGMA foreign_keys = ON;\n"
+                               "PRAGMA synchronous = FULL;\n"
+                               "PRAGMA busy_timeout = 5000;");
+    }
+}
+
+} // namespace
+
+std::unique_ptr<SQLiteDatabase> openPrepared(
+    const QString &url, const QString &folder, const QString &localStateDirectory)
+{
+    auto database = std::make_unique<SQLiteDatabase>(url);
+    // Before the base schema, which would write into a file that a newer
+    // version has rearranged.
+    Migrations::refuseNewerSchema(*database);
+    BaseSchema::create(*database);
+    Migrations::migrate(*database, localStateDirectory);
+    setJournalMode(*database, folder);
+    return database;
+}
+
+void migrateCredentials(SQLiteDatabase &database, const QuireCredentialStore &credentials)
+{
+    QMap<QString, QString> rows;
+    for (const QString &key : {QStringLiteral("goodreadsRssKey"), QStringLiteral("netlifyToken")}) {
+        if (const auto value = database.scalar("SELECT value FROM settings WHERE key = ?", {key})) {
+            rows.insert(key, value->string({}));
+        }
+    }
+    const QStringList takenOver = credentials.migrate(rows);
+    if (takenOver.isEmpty()) {
+        return;
+    }
+    inTransaction(database, [&] {
+        for (const QString &key : takenOver) {
+            database.execute("DELETE FROM settings WHERE key = ?", {key});
+        }
+    });
+}
+
+void recoverFromCrash(SQLiteDatabase &database)
+{
+    if (!database.integrityCheck()) {
+        throw DatabaseError(
+            DatabaseError::Kind::Open, QStringLiteral("The library failed its post-crash integrity check."));
+    }
+    JobHistory::markInterruptedJobs(database);
+    JobHistory::record(database,
+        {.job = QuireBackgroundJob::Maintenance,
+            .state = QStringLiteral("succeeded"),
+            .attempt = 1,
+            .message = QStringLiteral("Post-crash recovery checks completed")});
+}
+
+} // namespace quire::LibraryOpening
