@@ -29,6 +29,11 @@ ServiceError ServiceError::invalidResponse()
     return {Kind::InvalidResponse, 0, {}};
 }
 
+std::optional<int> ServiceError::httpStatus() const
+{
+    return m_kind == Kind::Http ? std::optional(m_status) : std::nullopt;
+}
+
 QString ServiceError::description() const
 {
     switch (m_kind) {

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "records/Failure.h"
+#include "reliability/HttpFailure.h"
 
 namespace quire {
 
-class ServiceError final : public Failure
+class ServiceError final : public HttpFailure
 {
 public:
     enum class Kind {
@@ -26,6 +26,7 @@ public:
 
     Kind kind() const { return m_kind; }
     int status() const { return m_status; } // of Http, else 0
+    std::optional<int> httpStatus() const override;
     QString description() const override;
 
 private:
