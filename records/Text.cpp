@@ -2,6 +2,7 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -13,6 +14,9 @@ namespace {
 // Between these a double is written out in full, outside them with an exponent.
 constexpr double smallestPlain = 1e-4;
 constexpr double largestPlain = 0x1p54;
+
+// In code units; ordinary titles are one piece.
+constexpr qsizetype foldedPiece = 512;
 
 // True for text whose code units are its user-perceived characters: ASCII
 // without a carriage return, which may join the line feed after it.
@@ -47,11 +51,24 @@ std::optional<QString> nonEmptyValue(const std::optional<QString> &text)
 
 QString folded(const QString &text)
 {
-    QString letters = text.normalized(QString::NormalizationForm_D);
-    letters.removeIf([](QChar c) { return c.isMark(); });
-    letters = letters.toCaseFolded();
-    letters.replace(u'\u00df', QStringLiteral("ss")); // the one common letter that Qt does not fold in full
-    return letters;
+    // Both steps move the rest of the text for every character that grows, which
+    // takes minutes for a long text of accented letters; so it goes piece by
+    // piece. A mark that a cut parts from its letter is dropped all the same.
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype at = 0; at < text.size();) {
+        qsizetype length = std::min(foldedPiece, text.size() - at);
+        if (at + length < text.size() && text[at + length].isLowSurrogate()) {
+            ++length;
+        }
+        QString letters = text.mid(at, length).normalized(QString::NormalizationForm_D);
+        letters.removeIf([](QChar c) { return c.isMark(); });
+        letters = letters.toCaseFolded();
+        letters.replace(u'\u00df', QStringLiteral("ss")); // the one common letter that Qt does not fold in full
+        result += letters;
+        at += length;
+    }
+    return result;
 }
 
 qsizetype characterCount(const QString &text)
