@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <optional>
+
 namespace quire {
 
 class CoverBytes
@@ -34,6 +36,12 @@ public:
 private:
     QByteArray m_bytes;
 };
+
+// The bytes of a cover that may be absent.
+inline std::optional<QByteArray> bytesOf(const std::optional<CoverBytes> &cover)
+{
+    return cover ? std::optional(cover->bytes()) : std::nullopt;
+}
 
 inline size_t qHash(const CoverBytes &cover, size_t seed = 0)
 {

@@ -37,6 +37,12 @@ private:
     QString m_text;
 };
 
+// The text of a URL that may be absent.
+inline std::optional<QString> textOf(const std::optional<Url> &url)
+{
+    return url ? std::optional(url->text()) : std::nullopt;
+}
+
 inline size_t qHash(const Url &url, size_t seed = 0)
 {
     return ::qHash(url.text(), seed);

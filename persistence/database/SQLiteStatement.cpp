@@ -93,6 +93,13 @@ int SQLiteStatement::run(const QList<SQLiteValue> &values)
     return sqlite3_changes(sqlite3_db_handle(m_handle.get()));
 }
 
+std::optional<qint64> SQLiteStatement::firstInteger(const QList<SQLiteValue> &values)
+{
+    const Rewind rewind(*this);
+    bind(values);
+    return step() ? intValue(0) : std::nullopt;
+}
+
 void SQLiteStatement::reset()
 {
     sqlite3_reset(m_handle.get()); // repeats the failure of the last step, which was reported

@@ -55,6 +55,10 @@ public:
     // fails. The number of rows changed. Throws DatabaseError Step.
     int run(const QList<SQLiteValue> &values = {});
 
+    // Binds, gives the first row's first column as an integer, and rewinds.
+    // Nothing without a row or an integer. Throws DatabaseError Step.
+    std::optional<qint64> firstInteger(const QList<SQLiteValue> &values = {});
+
     void reset();
 
     // Columns of the current row, by index from 0 -------------------------
