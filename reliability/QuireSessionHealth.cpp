@@ -1,0 +1,76 @@
+#include "reliability/QuireSessionHealth.h"
+
+#include "files/DurableFile.h"
+#include "records/DateParser.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace quire {
+
+namespace {
+
+constexpr QStringView sessionIDKey = u"sessionID";
+constexpr QStringView openedAtKey = u"openedAt";
+constexpr QStringView closedAtKey = u"closedAt";
+constexpr QStringView cleanKey = u"clean";
+
+std::optional<QuireSessionRecord> decode(const QByteArray &bytes)
+{
+    const QJsonObject object = QJsonDocument::fromJson(bytes).object();
+    const QUuid sessionID = QUuid::fromString(object[sessionIDKey].toString());
+    const QJsonValue closedAt = object[closedAtKey];
+    if (sessionID.isNull() || !object[openedAtKey].isString() || !object[cleanKey].isBool()
+        || !(closedAt.isString() || closedAt.isNull() || closedAt.isUndefined())) {
+        return std::nullopt;
+    }
+    return QuireSessionRecord{sessionID, object[openedAtKey].toString(),
+        closedAt.isString() ? std::optional(closedAt.toString()) : std::nullopt, object[cleanKey].toBool()};
+}
+
+QByteArray encode(const QuireSessionRecord &record)
+{
+    QJsonObject object; // sorted by key
+    object[sessionIDKey] = record.sessionID.toString(QUuid::WithoutBraces).toUpper();
+    object[openedAtKey] = record.openedAt;
+    if (record.closedAt) {
+        object[closedAtKey] = *record.closedAt;
+    }
+    object[cleanKey] = record.clean;
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+} // namespace
+
+QuireSessionHealth::QuireSessionHealth(QString path)
+    : m_path(std::move(path))
+{
+}
+
+std::optional<QuireSessionRecord> QuireSessionHealth::read() const
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    return decode(file.readAll());
+}
+
+void QuireSessionHealth::write(const QuireSessionRecord &record) const
+{
+    DurableFile::createFolder(QFileInfo(m_path).path());
+    DurableFile::write(m_path, encode(record));
+}
+
+void QuireSessionHealth::markClean(Instant now) const
+{
+    const QString moment = DateParser::iso8601(now);
+    QuireSessionRecord record = read().value_or(QuireSessionRecord{QUuid::createUuid(), moment, {}, false});
+    record.closedAt = moment;
+    record.clean = true;
+    write(record);
+}
+
+} // namespace quire
