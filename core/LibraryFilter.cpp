@@ -1,0 +1,30 @@
+#include "core/LibraryFilter.h"
+
+#include "records/Text.h"
+
+namespace quire {
+
+QList<int> filteredRows(const LibraryIndex &index, const LibrarySelection &selection)
+{
+    const QString query = Text::folded(Text::trimmed(selection.searchText));
+    const auto found = query.isEmpty() ? std::vector<bool>() : index.rowsContaining(query);
+
+    QList<int> rows;
+    for (const int row : index.order(selection.sort)) {
+        if (index.isShown(row, selection.shelf) && (query.isEmpty() || found[std::size_t(row)])) {
+            rows.append(row);
+        }
+    }
+    return rows;
+}
+
+LibraryShelf shelfSelection(QStringView word)
+{
+    if (word == u"currently-reading" || word == u"reading") {
+        return LibraryShelf::Active;
+    }
+    const auto shelf = fromRawValue<LibraryShelf>(word);
+    return shelf && *shelf != LibraryShelf::Active ? *shelf : LibraryShelf::All;
+}
+
+} // namespace quire
