@@ -5,7 +5,6 @@
 
 #include <sqlite3.h>
 
-#include <cstring>
 #include <limits>
 
 namespace quire {
@@ -115,20 +114,13 @@ QString SQLiteStatement::columnName(int column) const
     return QString::fromUtf8(sqlite3_column_name(m_handle.get(), column));
 }
 
-int SQLiteStatement::column(const char *name) const
-{
-    for (int i = 0; i < columnCount(); ++i) {
-        if (std::strcmp(sqlite3_column_name(m_handle.get(), i), name) == 0) {
-            return i;
-        }
-    }
-    qFatal("The statement has no column %s.", name);
-}
-
-QString SQLiteStatement::text(int column) const
+std::optional<QString> SQLiteStatement::text(int column) const
 {
     // The pointer first: asking for it may convert the value, and with it the size.
     const unsigned char *utf8 = sqlite3_column_text(m_handle.get(), column);
+    if (!utf8) {
+        return std::nullopt; // no memory for it
+    }
     return QString::fromUtf8(reinterpret_cast<const char *>(utf8), sqlite3_column_bytes(m_handle.get(), column));
 }
 
@@ -141,7 +133,7 @@ SQLiteValue SQLiteStatement::value(int column) const
     case SQLITE_FLOAT:
         return SQLiteValue(sqlite3_column_double(statement, column));
     case SQLITE_TEXT:
-        return sqlite3_column_text(statement, column) ? SQLiteValue(text(column)) : SQLiteValue();
+        return SQLiteValue(text(column));
     case SQLITE_BLOB: {
         const void *bytes = sqlite3_column_blob(statement, column);
         const int size = sqlite3_column_bytes(statement, column);
@@ -153,29 +145,57 @@ SQLiteValue SQLiteStatement::value(int column) const
     }
 }
 
+// Below, what a well-kept library holds goes straight from SQLite into the
+// record; everything else takes the way through SQLiteValue, where the rules are.
+
 std::optional<qint64> SQLiteStatement::intValue(int column) const
 {
-    return value(column).intValue();
+    switch (sqlite3_column_type(m_handle.get(), column)) {
+    case SQLITE_INTEGER:
+        return sqlite3_column_int64(m_handle.get(), column);
+    case SQLITE_NULL:
+        return std::nullopt;
+    default:
+        return value(column).intValue();
+    }
 }
 
 QString SQLiteStatement::string(int column, const QString &fallback) const
 {
-    return value(column).string(fallback);
+    switch (sqlite3_column_type(m_handle.get(), column)) {
+    case SQLITE_TEXT:
+        return text(column).value_or(fallback);
+    case SQLITE_NULL:
+        return fallback;
+    default:
+        return value(column).string(fallback);
+    }
 }
 
 std::optional<QString> SQLiteStatement::optionalString(int column) const
 {
-    return value(column).optionalString();
+    QString text = string(column, {});
+    if (text.isEmpty()) {
+        return std::nullopt;
+    }
+    return text;
 }
 
 double SQLiteStatement::doubleValue(int column, double fallback) const
 {
-    return value(column).doubleValue(fallback);
+    return optionalDouble(column).value_or(fallback);
 }
 
 std::optional<double> SQLiteStatement::optionalDouble(int column) const
 {
-    return value(column).optionalDouble();
+    switch (sqlite3_column_type(m_handle.get(), column)) {
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(m_handle.get(), column);
+    case SQLITE_NULL:
+        return std::nullopt;
+    default:
+        return value(column).optionalDouble();
+    }
 }
 
 } // namespace quire

@@ -65,9 +65,6 @@ public:
 
     int columnCount() const;
     QString columnName(int column) const;
-    // The index of a column of this statement. It is a fault of the program to
-    // ask for one that the statement does not name.
-    int column(const char *name) const;
 
     // The conversions of SQLiteValue, without the value in between.
     SQLiteValue value(int column) const;
@@ -85,7 +82,7 @@ private:
 
     void requireBound(int code);
     QString message() const;
-    QString text(int column) const;
+    std::optional<QString> text(int column) const; // of a column that holds text
 
     std::unique_ptr<sqlite3_stmt, Finalize> m_handle;
 };

@@ -4,6 +4,19 @@
 
 namespace quire {
 
+namespace {
+
+void rollBack(SQLiteDatabase &database)
+{
+    try {
+        database.executeScript("ROLLBACK");
+    } catch (const DatabaseError &) {
+        // SQLite may have rolled back already; there is nothing left to do.
+    }
+}
+
+} // namespace
+
 Transaction::Transaction(SQLiteDatabase &database)
     : m_database(database)
 {
@@ -12,13 +25,8 @@ Transaction::Transaction(SQLiteDatabase &database)
 
 Transaction::~Transaction()
 {
-    if (!m_open) {
-        return;
-    }
-    try {
-        m_database.executeScript("ROLLBACK");
-    } catch (const DatabaseError &) {
-        // SQLite may have rolled back already; there is nothing left to do.
+    if (m_open) {
+        rollBack(m_database);
     }
 }
 
@@ -26,6 +34,17 @@ void Transaction::commit()
 {
     m_database.executeScript("COMMIT");
     m_open = false;
+}
+
+ReadSnapshot::ReadSnapshot(SQLiteDatabase &database)
+    : m_database(database)
+{
+    m_database.executeScript("BEGIN TRANSACTION");
+}
+
+ReadSnapshot::~ReadSnapshot()
+{
+    rollBack(m_database); // nothing was written: the quicker way to end
 }
 
 } // namespace quire

@@ -32,6 +32,21 @@ private:
     bool m_open = true;
 };
 
+// Holds the file still while several reads make one answer: they all see the
+// state of the first. Throws DatabaseError Execute.
+class ReadSnapshot
+{
+public:
+    explicit ReadSnapshot(SQLiteDatabase &database);
+    ~ReadSnapshot(); // statements that read must be gone by then
+
+    ReadSnapshot(const ReadSnapshot &) = delete;
+    ReadSnapshot &operator=(const ReadSnapshot &) = delete;
+
+private:
+    SQLiteDatabase &m_database;
+};
+
 // Runs `work` in a transaction and gives its result. The first failure, of the
 // work or of the commit, is passed on with nothing changed.
 template<typename Work>
