@@ -6,6 +6,7 @@
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/database/Transaction.h"
 #include "persistence/MigrationSteps.h"
+#include "reliability/QuireFailureInjector.h"
 
 #include <QUuid>
 
