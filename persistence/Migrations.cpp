@@ -7,6 +7,7 @@
 #include "persistence/database/Transaction.h"
 #include "persistence/MigrationSteps.h"
 #include "reliability/QuireFailureInjector.h"
+#include "reliability/QuireFailureInjector.h"
 
 #include <QUuid>
 
@@ -60,6 +61,7 @@ void runStep(SQLiteDatabase &database, qint64 target)
     database.execute(
         "INSERT OR REPLACE INTO schema_migrations (version, applied_at) VALUES (?, datetime('now'))", {target});
     database.executeScript("PRAGMA user_version = " + QByteArray::number(target));
+    QuireFailureInjector::checkpoint(u"migration-before-commit");
     if (!database.integrityCheck()) {
         throw DatabaseError(
             DatabaseError::Kind::Open, QStringLiteral("Schema migration %1 failed its integrity check.").arg(target));
