@@ -1,6 +1,7 @@
 #include "persistence/AudiobookRows.h"
 #include "persistence/BookRows.h"
 #include "persistence/LibraryStoreState.h"
+#include "persistence/SettingsRows.h"
 #include "persistence/TagRows.h"
 
 namespace quire {
@@ -18,6 +19,11 @@ QFuture<QList<Audiobook>> LibraryStore::audiobooks()
 QFuture<QList<TagCount>> LibraryStore::tags()
 {
     return read([](State &state) { return TagRows::counts(*state.database); });
+}
+
+QFuture<SettingsMap> LibraryStore::settings()
+{
+    return read([](State &state) { return SettingsRows::all(*state.database, state.credentialStore); });
 }
 
 } // namespace quire

@@ -7,7 +7,6 @@
 #include "persistence/database/Transaction.h"
 #include "persistence/MigrationSteps.h"
 #include "reliability/QuireFailureInjector.h"
-#include "reliability/QuireFailureInjector.h"
 
 #include <QUuid>
 

@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -15,6 +16,10 @@ class QuireCredentialStore;
 class SQLiteDatabase;
 
 namespace SettingsRows {
+
+// Every stored setting by key, and over them the secrets of the credential file;
+// one that cannot be read adds nothing. Throws DatabaseError.
+QMap<QString, QString> all(const SQLiteDatabase &database, const QuireCredentialStore &credentials);
 
 // Nothing for a key that is not stored. A protected key is looked up in the
 // file alone, whatever row of an older version may still be there.
