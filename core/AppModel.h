@@ -27,6 +27,7 @@
 #include "records/Statistics.h"
 #include "records/TagCount.h"
 #include "reliability/QuireBackgroundJob.h"
+#include "reliability/QuireSessionHealth.h"
 
 #include <QCoroTask>
 
@@ -36,12 +37,14 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <type_traits>
 
 namespace quire {
 
 class LibraryIndex;
 class LibraryStore;
 class QuireBackgroundWorkCoordinator;
+struct GoodreadsSyncResult;
 
 class AppModel : public QObject
 {
@@ -183,18 +186,17 @@ Q_SIGNALS:
 
 private:
     // Announces a change; nothing happens when the value stays the same.
-    template<typename Value, typename Given>
-    void assign(Value &field, Given &&value, void (AppModel::*changed)());
+    template<typename Value>
+    void assign(Value &field, std::type_identity_t<Value> value, void (AppModel::*changed)());
 
     // Life.
-    QCoro::Task<> openLibrary();
     QCoro::Task<bool> beginSession();
-    void settleTab(const QString &storedTab);
-    void refreshOpenDetails();
+    void reportFailedStart(const QString &description);
+    void settleTab(const QString &storedWord);
+    void refreshSelection();
 
     // View state.
-    void changeTab(LibraryTab tab);
-    void rebuildFilteredLibraries();
+    void rebuildFilteredLibraries(bool force, bool includeBoth);
     void rebuildDerivedState();
     LibrarySlice<Book> makeFilteredBooks() const;
     LibrarySlice<Audiobook> makeFilteredAudiobooks() const;
@@ -203,11 +205,15 @@ private:
     QCoro::Task<> clearToast(std::chrono::milliseconds after, std::stop_token stop);
 
     // Jobs.
+    class HeldSlot;
     QCoro::Task<bool> runCoordinated(
-        QuireBackgroundJob job, bool automatic, std::function<QCoro::Task<>()> attempt, std::stop_token stop);
+        QuireBackgroundJob job, bool automatic, std::function<QCoro::Task<>()> operation, std::stop_token stop);
     QCoro::Task<> record(QuireJobEvent event);
     void beginWork(SidebarOperation operation, const QString &label);
     void endWork();
+    std::function<QCoro::Task<GoodreadsSyncResult>()> goodreadsSync() const;
+    void reportGoodreadsSync(const GoodreadsSyncResult &result, bool automatic);
+    void reportGoodreadsFailure(const QString &description, bool automatic);
 
     QList<Book> m_books;
     QList<Audiobook> m_audiobooks;
@@ -242,7 +248,7 @@ private:
 
     AppModelDependencies m_dependencies;
     std::shared_ptr<LibraryStore> m_store; // shared with the jobs under way, which outlive the model
-    std::optional<QString> m_sessionFile; // absent without a launch cache directory
+    std::optional<QuireSessionHealth> m_sessionHealth; // absent without a launch cache directory
     std::unique_ptr<QuireBackgroundWorkCoordinator> m_workCoordinator;
     std::shared_ptr<const LibraryIndex> m_bookIndex; // keys of m_books, row by row
     std::shared_ptr<const LibraryIndex> m_audiobookIndex;
@@ -260,14 +266,11 @@ QCoro::Task<std::optional<Result>> AppModel::coordinated(
 {
     struct Attempt
     {
-        static QCoro::Task<> run(QCoro::Task<Result> operation, std::optional<Result> *result)
-        {
-            *result = co_await operation;
-        }
+        static QCoro::Task<> run(QCoro::Task<Result> task, std::optional<Result> &result) { result = co_await task; }
     };
     std::optional<Result> result;
-    const auto running = runCoordinated(
-        job, automatic, [&operation, &result] { return Attempt::run(operation(), &result); }, stop);
+    std::function<QCoro::Task<>()> attempt = [&] { return Attempt::run(operation(), result); };
+    const auto running = runCoordinated(job, automatic, std::move(attempt), stop);
     co_await running;
     co_return result; // absent when turned away
 }

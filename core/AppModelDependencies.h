@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "sources/ServiceEndpoints.h"
+
 #include <chrono>
 #include <functional>
 
@@ -9,7 +11,6 @@ namespace quire {
 
 class Clock;
 class NetworkClient;
-struct ServiceEndpoints;
 
 // A uniformly random length from zero to `maximum`, both included.
 std::chrono::nanoseconds randomDelay(std::chrono::nanoseconds maximum);
@@ -19,7 +20,7 @@ struct AppModelDependencies
 {
     Clock &clock;
     NetworkClient &network;
-    const ServiceEndpoints &endpoints;
+    ServiceEndpoints endpoints;
     std::function<std::chrono::nanoseconds(std::chrono::nanoseconds maximum)> jitter = randomDelay; // of retries
 };
 

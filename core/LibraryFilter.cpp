@@ -18,6 +18,17 @@ QList<int> filteredRows(const LibraryIndex &index, const LibrarySelection &selec
     return rows;
 }
 
+std::optional<int> mostRecentRow(const LibraryIndex &index, LibraryShelf shelf)
+{
+    std::optional<int> best;
+    for (int row = 0; row < index.size(); ++row) {
+        if (index.isShown(row, shelf) && (!best || index.recency(row) > index.recency(*best))) {
+            best = row;
+        }
+    }
+    return best;
+}
+
 LibraryShelf shelfSelection(QStringView word)
 {
     if (word == u"currently-reading" || word == u"reading") {

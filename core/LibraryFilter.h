@@ -10,6 +10,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace quire {
 
 // What the reader asked to see.
@@ -23,6 +25,10 @@ struct LibrarySelection
 // The rows that `selection` leaves, in its order. The search text is one
 // string, not a set of words.
 QList<int> filteredRows(const LibraryIndex &index, const LibrarySelection &selection);
+
+// Of the titles that `shelf` shows, the row of the most recent one; the first in
+// the list's order when several are. Nothing when there are none.
+std::optional<int> mostRecentRow(const LibraryIndex &index, LibraryShelf shelf);
 
 // The shelf that shows a title with this stored word; All for an unknown one.
 LibraryShelf shelfSelection(QStringView word);

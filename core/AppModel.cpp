@@ -1,0 +1,25 @@
+#include "core/AppModel.h"
+
+#include "core/LibraryIndex.h"
+#include "persistence/LibraryStore.h"
+#include "reliability/QuireBackgroundWorkCoordinator.h"
+
+namespace quire {
+
+AppModel::AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QString> &launchCacheDirectory,
+    AppModelDependencies dependencies, QObject *parent)
+    : QObject(parent)
+    , m_dependencies(std::move(dependencies))
+    , m_store(std::move(store))
+    , m_workCoordinator(std::make_unique<QuireBackgroundWorkCoordinator>())
+    , m_bookIndex(std::make_shared<const LibraryIndex>())
+    , m_audiobookIndex(std::make_shared<const LibraryIndex>())
+{
+    if (launchCacheDirectory) {
+        m_sessionHealth.emplace(*launchCacheDirectory + QStringLiteral("/Session State.json"));
+    }
+}
+
+AppModel::~AppModel() = default;
+
+} // namespace quire

@@ -1,0 +1,45 @@
+// Saving from the settings window.
+
+#include "core/AppModelAssign.h"
+#include "persistence/LibraryStore.h"
+#include "records/Failure.h"
+
+#include <QCoroFuture>
+
+#include <QPointer>
+
+namespace quire {
+
+QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
+{
+    if (const auto fault = validationNotice(edit)) {
+        setNotice(fault);
+        co_return false;
+    }
+    const QPointer self(this);
+    try {
+        const auto writes = settingsToWrite(edit);
+        for (const auto &[key, value] : writes) {
+            const auto writing = m_store->setSetting(key, value);
+            co_await writing;
+            if (!self) {
+                co_return false;
+            }
+        }
+        const auto loading = reload();
+        co_await loading;
+        if (!self) {
+            co_return false;
+        }
+    } catch (const std::exception &error) {
+        if (self) {
+            setNotice(AppNotice::error(QStringLiteral("Settings Could Not Be Saved"), describe(error)));
+        }
+        co_return false;
+    }
+    setSelectedTab(visibleTab(m_selectedTab)); // a section may just have been switched off
+    showToast(QStringLiteral("Settings saved"), std::chrono::milliseconds(3200));
+    co_return true;
+}
+
+} // namespace quire
