@@ -1,0 +1,79 @@
+import unittest
+
+from quire_driver import OldBook, ProgramTestCase
+
+
+class Navigation(ProgramTestCase):
+    def setUp(self):
+        super().setUp()
+        self.home.connect_goodreads()
+        self.home.write_books(OldBook("1", "The Salt Road"))
+
+    def test_tabs_change_by_mouse_and_by_press(self):
+        program = self.start()
+        program.find("Books", role="push button").click()
+        program.wait_for_cards("The Salt Road")
+        program.find("Audio", role="push button").press()
+        program.wait_for_text("No audio titles found")
+        program.find("Insights", role="push button").press()
+        program.wait_gone("No audio titles found")
+        self.assertFalse(program.has("Sort library"))
+
+    def test_tabs_change_by_keyboard(self):
+        program = self.start()
+        program.tab_to("Books")
+        program.keys("space")
+        program.wait_for_cards("The Salt Road")
+        program.tab_to("Audio")
+        program.keys("Return")
+        program.wait_for_text("No audio titles found")
+
+    def test_every_control_of_the_library_is_reached_by_keyboard(self):
+        program = self.start()
+        program.open_tab("Books")
+        program.wait_for_cards("The Salt Road")
+        wanted = {
+            "Search library", "Books", "Insights", "Audio", "All", "Read", "To Read", "Sync", "Settings", "Sort library",
+            "View details for The Salt Road"}
+        reached = set()
+        for _ in range(60):
+            program.keys("Tab")
+            if focused := program.focused():
+                reached.add(focused.name)
+            if wanted <= reached:
+                break
+        self.assertEqual(wanted - reached, set())
+
+    def test_command_r_syncs(self):
+        program = self.start()
+        program.keys("ctrl+r")
+        program.wait_for_text("Synced 0 Goodreads titles", seconds=30)
+        self.assertEqual(len(self.services.asked_shelves), 5)
+
+    def test_every_control_has_a_name_and_a_press(self):
+        program = self.start()
+        program.open_tab("Books")
+        program.wait_for_cards("The Salt Road")
+        nameless = [control.frame for control in program.all(role="push button") if not control.name.strip()]
+        self.assertEqual(nameless, [])
+        pressless = [control.name for control in program.all(role="push button") if "Press" not in control.actions]
+        self.assertEqual(pressless, [])
+
+    def test_the_smallest_window_still_holds_everything(self):
+        from quire_driver.desktop import Desktop
+        from quire_driver.windows import windows_of
+        program = self.start()
+        program.open_tab("Books")
+        program.wait_for_cards("The Salt Road")
+        window = str(windows_of(program.pid, "^Quire$")[-1])
+        Desktop.shared().run("xdotool", "windowsize", "--sync", window, "920", "700")
+        self.eventually(lambda: program.find("Settings").frame[1] < 700)
+        program.screenshot("navigation-smallest")
+        for name in ("Sync", "Settings", "Sort library", "Add Book", "Search library"):
+            left, top, width, height = program.find(name).frame
+            self.assertLessEqual(left + width, 920, name)
+            self.assertLessEqual(top + height, 700, name)
+
+
+if __name__ == "__main__":
+    unittest.main()
