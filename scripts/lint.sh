@@ -40,7 +40,7 @@ check_shell() {
 }
 
 check_includes() {
-    python3 scripts/lib/check_includes.py
+    /usr/bin/python3 scripts/lib/check_includes.py
 }
 
 # A condition, a closure or a braced temporary beside co_await hides what lives
@@ -50,7 +50,7 @@ check_coroutines() {
 }
 
 check_python() {
-    git ls-files -z '*.py' | xargs -0 -r python3 -m py_compile
+    git ls-files -z '*.py' | xargs -0 -r /usr/bin/python3 -m py_compile
 }
 
 check_qml() {

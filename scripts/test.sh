@@ -41,5 +41,5 @@ status=0
 ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(nproc)" \
     --output-junit "$QUIRE_ROOT/$results/ctest.junit" "${selection[@]}" || status=$?
 
-python3 scripts/lib/count_tests.py "$results" || status=$?
+/usr/bin/python3 scripts/lib/count_tests.py "$results" || status=$?
 exit "$status"

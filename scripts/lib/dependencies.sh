@@ -21,11 +21,15 @@ packages_run=(
 packages_fonts=(
     fonts-inter fonts-lato fonts-texgyre fonts-sil-charis fonts-noto-core
     fonts-adf-baskervald fonts-adf-gillius fonts-league-spartan fonts-linuxlibertine
+    fonts-droid-fallback
 )
+
+packages_wayland=(qt6-wayland)
 
 packages_headless=(xvfb xauth xdotool imagemagick)
 
-packages_demo=(python3)
+# The demo draws its covers itself.
+packages_demo=(python3 python3-gi python3-gi-cairo gir1.2-pango-1.0)
 
 packages_test=(
     libclang-rt-16-dev llvm-16 qml6-module-qttest

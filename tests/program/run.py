@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """Runs the tests of the whole program.
 
 usage: run.py [--junit FILE] [--program FILE] [-k PATTERN]...

@@ -2,7 +2,8 @@ import hashlib
 import os
 import unittest
 
-from quire_driver import OldBook, ProgramTestCase
+from quire_driver import ProgramTestCase
+from quire_world import OldBook
 
 
 class BadLibrary(ProgramTestCase):

@@ -1,7 +1,8 @@
 import stat
 import unittest
 
-from quire_driver import FeedBook, ProgramTestCase
+from quire_driver import ProgramTestCase
+from quire_world import FeedBook
 
 USER = "81234567"
 KEY = "a1B2c3-the-feed-key"
@@ -48,7 +49,7 @@ class GoodreadsSettings(ProgramTestCase):
         program.quit()
         self.assertIn(KEY.encode(), self.home.credentials.read_bytes())
         self.assertEqual(
-            self.home.value("SELECT value FROM settings WHERE key = 'goodreadsUserId'"), USER + "9")
+            self.home.setting("goodreadsUserId"), USER + "9")
 
     def test_cancel_keeps_everything_as_it_was(self):
         program = self.start()

@@ -1,6 +1,7 @@
 import unittest
 
-from quire_driver import OldBook, ProgramTestCase
+from quire_driver import ProgramTestCase
+from quire_world import OldBook
 
 
 def day(number: int) -> str:
@@ -46,7 +47,7 @@ class Library(ProgramTestCase):
         program.wait_for_cards("Done")
         for label, titles in {
             "Currently Reading": ["Now"],
-            "To Read": ["Wanted"],
+            "Want to Read": ["Wanted"],
             "Did Not Finish": ["Dropped"],
             "Hidden": ["Away"],
             "Read": ["Done"],
@@ -87,7 +88,7 @@ class Library(ProgramTestCase):
 
     def test_another_tab_starts_with_an_empty_search_and_the_shelf_read(self):
         program = self.opened(OldBook("1", "Done"), OldBook("2", "Wanted", shelf="to-read"))
-        program.find("To Read", role="push button").click()
+        program.find("Want to Read", role="push button").click()
         program.find("Search library").click()
         program.type("wan")
         program.wait_for_cards("Wanted")

@@ -1,7 +1,8 @@
 import signal
 import unittest
 
-from quire_driver import Answer, FeedBook, OldBook, ProgramTestCase
+from quire_driver import ProgramTestCase
+from quire_world import Answer, FeedBook, OldBook
 
 
 class Quit(ProgramTestCase):

@@ -1,6 +1,7 @@
 import unittest
 
-from quire_driver import OldBook, ProgramTestCase
+from quire_driver import ProgramTestCase
+from quire_world import OldBook
 
 
 class Start(ProgramTestCase):
@@ -52,7 +53,7 @@ class Start(ProgramTestCase):
         first.open_tab("Books")
         first.wait_for_text("No titles found")
         self.eventually(
-            lambda: self.home.value("SELECT value FROM settings WHERE key = 'selectedTab'") == "books",
+            lambda: self.home.setting("selectedTab") == "books",
             "the tab was not remembered")
         first.quit()
         second = self.start()

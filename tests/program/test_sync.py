@@ -1,6 +1,7 @@
 import unittest
 
-from quire_driver import ALL_SHELVES, Answer, FeedBook, ProgramTestCase, feed, page, redirect
+from quire_driver import ProgramTestCase
+from quire_world import ALL_SHELVES, Answer, FeedBook, feed, page, redirect
 
 SALT_ROAD = FeedBook("1", "The Salt Road (Coast Songs, #2)", rating=3, read_at="Sun, 01 Feb 2026 00:00:00 +0000")
 NINE_WINTERS = FeedBook("2", "Nine Winters", author="Piet Aalders", shelf="to-read")
@@ -35,7 +36,7 @@ class Sync(ProgramTestCase):
             self.home.query("SELECT title, shelf, user_rating FROM goodreads_books ORDER BY goodreads_id"),
             [("The Salt Road", "read", 3.0), ("Nine Winters", "to-read", 0.0)])
         self.assertEqual(self.history(), [("running", 1), ("succeeded", 1)])
-        self.assertTrue(self.home.value("SELECT value FROM settings WHERE key = 'goodreadsLastSync'").endswith("Z"))
+        self.assertTrue(self.home.setting("goodreadsLastSync").endswith("Z"))
 
     def test_a_second_sync_changes_nothing_of_the_readers(self):
         self.synced().quit()

@@ -1,5 +1,6 @@
 """Drives the built program as a reader does: on a screen of its own, with real keys
 and a real mouse, through the accessibility tree, on files of its own.
+What it reads and whom it asks is the world of `quire_world`.
 
     from quire_driver import ProgramTestCase
 
@@ -16,14 +17,7 @@ Run one file alone with the program of any build:
 
 from .case import ProgramTestCase
 from .controls import Control, NotFound
-from .feed import FeedBook, feed
-from .home import Home
-from .older_library import OldBook
 from .program import Program
-from .stand_in import ALL_SHELVES, Answer, StandIn, page, redirect
 from .waiting import TookTooLong, wait_until
 
-__all__ = [
-    "ALL_SHELVES", "Answer", "Control", "FeedBook", "Home", "NotFound", "OldBook", "Program", "ProgramTestCase",
-    "StandIn", "TookTooLong", "feed", "page", "redirect", "wait_until",
-]
+__all__ = ["Control", "NotFound", "Program", "ProgramTestCase", "TookTooLong", "wait_until"]

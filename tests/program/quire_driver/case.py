@@ -5,9 +5,9 @@ from __future__ import annotations
 import re
 import unittest
 
-from .home import Home
+from quire_world import Home, StandIn
+
 from .program import Program
-from .stand_in import StandIn
 from .waiting import wait_until
 
 

@@ -9,9 +9,10 @@ import subprocess
 import tempfile
 from pathlib import Path
 
+from quire_world import Home
+
 from .controls import Control, application
 from .desktop import Desktop
-from .home import Home
 from .waiting import TookTooLong, patience, wait_until
 from .windows import ask_to_close, windows_of
 

@@ -76,8 +76,8 @@ class Home:
         write_older_library(self.database, books)
 
     def query(self, statement: str, *values: Any) -> list[tuple]:
-        """Rows of the library, read from a copy of its files: a second process must not open the
-        live file, as closing it would drop the locks of the first on some systems."""
+        """Rows of the library, read from a copy of its files, so that no lock is ever held that the
+        program would wait for. The copy of a library that is just being written may be torn."""
         with tempfile.TemporaryDirectory(prefix="quire-copy-") as folder:
             for suffix in ("", "-wal"):
                 file = self.database.with_name(self.database.name + suffix)
@@ -89,6 +89,13 @@ class Home:
     def value(self, statement: str, *values: Any) -> Any:
         rows = self.query(statement, *values)
         return rows[0][0] if rows else None
+
+    def setting(self, key: str) -> str | None:
+        """A stored setting; nothing while the library is not there yet or is just being written."""
+        try:
+            return self.value("SELECT value FROM settings WHERE key = ?", key)
+        except sqlite3.Error:
+            return None
 
     def execute(self, statement: str, *values: Any) -> None:
         """Changes the library while the program is not running."""
