@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/OptionalHash.h"
 #include "records/Url.h"
 
 #include <QString>
@@ -35,6 +36,15 @@ struct AudibleLibraryItem
 
     bool operator==(const AudibleLibraryItem &) const = default;
 };
+
+inline size_t qHash(const AudibleLibraryItem &item, size_t seed = 0)
+{
+    return qHashMulti(seed, item.asin, item.title, hashed(item.author), hashed(item.narrator), hashed(item.series),
+        hashed(item.bookNumber), hashed(item.coverURL), hashed(item.audibleURL), hashed(item.summary),
+        hashed(item.runtimeMinutes), hashed(item.releaseDate), hashed(item.purchaseDate), hashed(item.averageRating),
+        hashed(item.performanceRating), hashed(item.storyRating), hashed(item.reviewCount), item.listeningProgress,
+        item.isStarted, item.isFinished, item.ownedIndefinitely);
+}
 
 // What one merge of such items did.
 struct AudibleSyncResult

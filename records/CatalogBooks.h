@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "records/OptionalHash.h"
 #include "records/Url.h"
 
 #include <QString>
@@ -24,6 +25,12 @@ struct BookCatalogBook
     bool operator==(const BookCatalogBook &) const = default;
 };
 
+inline size_t qHash(const BookCatalogBook &book, size_t seed = 0)
+{
+    return qHashMulti(seed, book.workID, book.title, book.author, hashed(book.isbn), hashed(book.numberOfPages),
+        hashed(book.publishedYear), hashed(book.coverURL));
+}
+
 // One result of the audiobook catalogue.
 struct AudibleCatalogBook
 {
@@ -40,5 +47,12 @@ struct AudibleCatalogBook
 
     bool operator==(const AudibleCatalogBook &) const = default;
 };
+
+inline size_t qHash(const AudibleCatalogBook &book, size_t seed = 0)
+{
+    return qHashMulti(seed, book.asin, book.title, hashed(book.author), hashed(book.narrator), hashed(book.series),
+        hashed(book.bookNumber), hashed(book.coverURL), hashed(book.audibleURL), hashed(book.year),
+        hashed(book.summary));
+}
 
 } // namespace quire

@@ -91,6 +91,15 @@ inline constexpr std::array allLibraryTabs{LibraryTab::Books, LibraryTab::Insigh
 inline constexpr std::array allLibrarySorts{LibrarySort::Recent, LibrarySort::Title, LibrarySort::Rating};
 inline constexpr std::array allLibraryShelves{LibraryShelf::Read, LibraryShelf::DidNotFinish, LibraryShelf::ToRead,
     LibraryShelf::Active, LibraryShelf::Hidden, LibraryShelf::All};
+inline constexpr std::array allArtworkKinds{ArtworkKind::Book, ArtworkKind::Audiobook};
+inline constexpr std::array allSidebarAppearances{SidebarAppearance::Snow, SidebarAppearance::Fjord,
+    SidebarAppearance::Pine, SidebarAppearance::Cabin, SidebarAppearance::Glass};
+inline constexpr std::array allAccentColorChoices{
+    AccentColorChoice::Snow, AccentColorChoice::Fjord, AccentColorChoice::Pine, AccentColorChoice::Cabin};
+inline constexpr std::array allInterfaceFontChoices{InterfaceFontChoice::System, InterfaceFontChoice::AvenirNext,
+    InterfaceFontChoice::HelveticaNeue, InterfaceFontChoice::Charter, InterfaceFontChoice::Georgia,
+    InterfaceFontChoice::Baskerville, InterfaceFontChoice::GillSans, InterfaceFontChoice::Futura,
+    InterfaceFontChoice::Optima, InterfaceFontChoice::Palatino};
 
 // The stored word of a case.
 QString rawValue(LibraryTab tab);

@@ -11,8 +11,8 @@ namespace quire {
 template<typename T>
 size_t hashed(const std::optional<T> &value)
 {
-    using ::qHash; // and by argument-dependent lookup that of T
-    return value ? qHash(*value, 1) : 0;
+    // Combined, not plain: the hash of an empty text may be that of absence.
+    return value ? qHashMulti(1, *value) : 0;
 }
 
 } // namespace quire
