@@ -19,7 +19,8 @@ namespace quire::testing {
 class ManualClock final : public Clock
 {
 public:
-    explicit ManualClock(Instant start = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21) + std::chrono::hours(12));
+    explicit ManualClock(
+        Instant start = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21) + std::chrono::hours(12));
     ~ManualClock() override;
 
     Instant now() const override;

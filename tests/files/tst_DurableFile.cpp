@@ -1,0 +1,133 @@
+#include "files/DurableFile.h"
+
+#include "files/FileError.h"
+#include "testing/ThrownFailure.h"
+#include "testing/UnprivilegedUser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace quire;
+using namespace quire::testing;
+
+namespace {
+
+class DurableFileTest : public ::testing::Test
+{
+protected:
+    QString file(const QString &name) const { return m_folder.filePath(name); }
+
+    QByteArray content(const QString &name) const
+    {
+        QFile in(file(name));
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("(unreadable)");
+    }
+
+    // Hidden ones too: a temporary file is one of them.
+    QStringList names() const
+    {
+        return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    mode_t modeOf(const QString &name) const
+    {
+        struct stat status
+        {
+        };
+        EXPECT_EQ(::stat(QFile::encodeName(file(name)).constData(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    QTemporaryDir m_folder;
+};
+
+} // namespace
+
+TEST_F(DurableFileTest, CreatesAndReplacesAFileAndLeavesNothingElse)
+{
+    DurableFile::write(file(QStringLiteral("a")), "first");
+    DurableFile::write(file(QStringLiteral("a")), QByteArray(100'000, 'x'));
+    EXPECT_EQ(content(QStringLiteral("a")), QByteArray(100'000, 'x'));
+    DurableFile::write(file(QStringLiteral("a")), {});
+    EXPECT_EQ(content(QStringLiteral("a")), QByteArray());
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(DurableFileTest, TheModeIsTheOneAskedForWhateverWasThereAndWhateverTheMask)
+{
+    const mode_t mask = ::umask(0077);
+    DurableFile::write(file(QStringLiteral("a")), "x");
+    ::umask(0);
+    EXPECT_EQ(modeOf(QStringLiteral("a")), mode_t(0644));
+    DurableFile::write(file(QStringLiteral("a")), "x", 0600);
+    EXPECT_EQ(modeOf(QStringLiteral("a")), mode_t(0600));
+    ::umask(mask);
+}
+
+TEST_F(DurableFileTest, AMissingFolderIsTheCallersAffair)
+{
+    const QString path = file(QStringLiteral("none/a"));
+    const auto failure = thrownBy<FileError>([&] { DurableFile::write(path, "x"); });
+    EXPECT_EQ(failure->path(), path);
+    EXPECT_EQ(failure->code(), ENOENT);
+    EXPECT_EQ(
+        failure->description(), QStringLiteral("Could not write the file “%1”: No such file or directory").arg(path));
+}
+
+TEST_F(DurableFileTest, AFolderOfThatNameStaysAndNoTemporaryFileDoes)
+{
+    QDir().mkpath(file(QStringLiteral("a/b")));
+    EXPECT_EQ(thrownBy<FileError>([&] { DurableFile::write(file(QStringLiteral("a")), "x"); })->code(), EISDIR);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(DurableFileTest, AFullDiskLeavesTheOldFile)
+{
+    DurableFile::write(file(QStringLiteral("a")), "old");
+    // A limit on the size of files stands in for the full disk.
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{1000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const auto failure
+        = thrownBy<FileError>([&] { DurableFile::write(file(QStringLiteral("a")), QByteArray(5000, 'n')); });
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure->code(), EFBIG);
+    EXPECT_EQ(content(QStringLiteral("a")), "old");
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(DurableFileTest, AFolderThatTakesNoFilesIsAFailure)
+{
+    QDir().mkpath(file(QStringLiteral("locked")));
+    ::chmod(QFile::encodeName(file(QStringLiteral("locked"))).constData(), 0555);
+    const UnprivilegedUser user(m_folder.path());
+    EXPECT_EQ(thrownBy<FileError>([&] { DurableFile::write(file(QStringLiteral("locked/a")), "x"); })->code(), EACCES);
+}
+
+TEST_F(DurableFileTest, AFolderIsCreatedWithItsParentsAndMayExist)
+{
+    DurableFile::createFolder(file(QStringLiteral("a/b/c")));
+    DurableFile::createFolder(file(QStringLiteral("a/b/c")));
+    EXPECT_TRUE(QFileInfo(file(QStringLiteral("a/b/c"))).isDir());
+}
+
+TEST_F(DurableFileTest, AFileInTheWayOfAFolderIsAFailure)
+{
+    DurableFile::write(file(QStringLiteral("a")), "x");
+    const QString path = file(QStringLiteral("a/b"));
+    const auto failure = thrownBy<FileError>([&] { DurableFile::createFolder(path); });
+    EXPECT_EQ(failure->code(), ENOTDIR);
+    EXPECT_EQ(failure->description(), QStringLiteral("Could not create the folder “%1”: Not a directory").arg(path));
+}
