@@ -44,7 +44,8 @@ AudiobookIndex indexLibrary(const SQLiteDatabase &database)
     return index;
 }
 
-// The incoming status is bound once for each place that looks at it.
+// The incoming status is bound once for each place that looks at it. A progress
+// that is no number arrives as NULL, which MAX would let win.
 constexpr auto updateSql = R"sql(
     UPDATE audible_books SET
       author = COALESCE(NULLIF(author, ''), ?),
@@ -61,7 +62,7 @@ constexpr auto updateSql = R"sql(
       performance_rating = COALESCE(performance_rating, ?),
       story_rating = COALESCE(story_rating, ?),
       review_count = COALESCE(review_count, ?),
-      listening_progress = MAX(COALESCE(listening_progress, 0), ?),
+      listening_progress = MAX(COALESCE(listening_progress, 0), COALESCE(?, 0)),
       audible_owned = MAX(COALESCE(audible_owned, 0), ?),
       status = CASE
         WHEN status IN ('read', 'did-not-finish') THEN status
