@@ -1,0 +1,51 @@
+// Words that open a page elsewhere.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+T.AbstractButton {
+    id: link
+
+    implicitWidth: words.implicitWidth
+    implicitHeight: words.implicitHeight + 4
+    hoverEnabled: true
+
+    Keys.onReturnPressed: link.click()
+    Keys.onEnterPressed: link.click()
+
+    Accessible.role: Accessible.Link
+    Accessible.name: link.text
+
+    background: Item {
+        FocusRing {
+            control: link
+            controlRadius: 3
+            anchors.margins: -3
+            visible: link.visualFocus
+        }
+    }
+    contentItem: Row {
+        id: words
+
+        spacing: 5
+
+        QuireText {
+            text: link.text
+            color: Theme.mark
+            font.underline: link.hovered
+            Accessible.ignored: true
+        }
+        SymbolPicture {
+            anchors.verticalCenter: parent.verticalCenter
+            name: "arrow.up.right"
+            size: 10
+            color: Theme.mark
+        }
+    }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+}

@@ -1,0 +1,11 @@
+// The button that carries the page's one chief action.
+
+import Quire
+
+BorderedButton {
+    fill: Theme.accent
+    fillHovered: Theme.accentHovered
+    fillPressed: Theme.accentPressed
+    edge: Theme.hairline
+    foreground: Theme.onAccent
+}

@@ -1,0 +1,21 @@
+// Text in the reader's font. Sizes are those of the type scale: 10, 11, 12, 13,
+// 14, 15, 18, 21, 22, 24 and 27.
+
+import QtQuick
+
+import Quire
+
+Text {
+    property int size: 13
+    property int weight: Font.Normal
+
+    font.family: Theme.fontFamily
+    font.pixelSize: size
+    font.weight: weight
+    color: Theme.ink
+    lineHeight: wrapMode === Text.NoWrap ? 1 : 1.3
+    textFormat: Text.PlainText
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

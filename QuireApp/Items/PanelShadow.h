@@ -1,0 +1,50 @@
+// The soft shadow of a rounded rectangle that fills the item, drawn outside it:
+// a nine-patch picture, since effects draw nothing on the software renderer.
+//
+// Thread: interface thread.
+
+#pragma once
+
+#include <QImage>
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace quire {
+
+class PanelShadow : public QQuickItem
+{
+    Q_OBJECT
+    QML_NAMED_ELEMENT(PanelShadow)
+
+    // All in logical pixels; opacity of black from 0 to 1.
+    Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY shadowChanged)
+    Q_PROPERTY(qreal blur MEMBER m_blur NOTIFY shadowChanged)
+    Q_PROPERTY(qreal offset MEMBER m_offset NOTIFY shadowChanged)
+    Q_PROPERTY(qreal strength MEMBER m_strength NOTIFY shadowChanged)
+
+public:
+    explicit PanelShadow(QQuickItem *parent = nullptr);
+
+Q_SIGNALS:
+    void shadowChanged();
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
+private:
+    qreal m_radius = 0;
+    qreal m_blur = 30;
+    qreal m_offset = 12; // downwards
+    qreal m_strength = 0.30;
+    bool m_textureStale = true;
+};
+
+// The picture behind it, in physical pixels: a rounded rectangle of `radius`
+// blurred by `blur`, with `margin` pixels on each side before its stretchable
+// middle. Exposed for tests.
+QImage shadowPicture(int radius, int blur, qreal strength);
+int shadowMargin(int radius, int blur);
+
+} // namespace quire

@@ -1,0 +1,135 @@
+#include "QuireApp/QuireApp/QuireApplication.h"
+
+#include "concurrency/Detach.h"
+#include "concurrency/InBackground.h"
+#include "persistence/AppDirectories.h"
+#include "persistence/LibraryStore.h"
+#include "QuireApp/Covers/CoverWork.h"
+#include "QuireApp/Theme/QuireThemePalette.h"
+
+#include <QCoroFuture>
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace quire {
+
+namespace {
+
+WindowTraits traits(const QWindow &window)
+{
+    return {window.objectName(), window.title(), WindowTraits::Kind::Ordinary};
+}
+
+// The file is there afterwards, empty if it was not; what cannot be made is
+// for the desktop to report when it is opened.
+void makeEmptyFile(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+}
+
+} // namespace
+
+QuireApplication::QuireApplication()
+    : m_endpoints(ServiceEndpoints::read())
+    , m_model(std::make_unique<LibraryStore>(m_clock), AppDirectories::supportDirectory(),
+          AppModelDependencies{m_clock, m_network, m_endpoints})
+    , m_shell(m_model, m_endpoints.help)
+    , m_prewarmer(m_model)
+{
+    QGuiApplication::setQuitOnLastWindowClosed(false); // the delegate decides
+    qApp->installEventFilter(this);
+    connect(qApp, &QGuiApplication::lastWindowClosed, this, [this] {
+        if (m_appDelegate.applicationShouldTerminateAfterLastWindowClosed()) {
+            quit();
+        }
+    });
+    connect(&m_signals, &TerminationSignals::terminationRequested, this, &QuireApplication::quit);
+    connect(&m_appDelegate, &QuireAppDelegate::terminationMayProceed, this, [] { QCoreApplication::exit(); });
+    connect(&m_model, &AppModel::settingsChanged, this, &QuireApplication::applyAppearance);
+    connect(&m_shell, &ShellViewModel::quitRequested, this, &QuireApplication::quit);
+    connect(&m_shell, &ShellViewModel::logsRequested, this, [this] { detach(openLogs()); });
+    connect(&m_shell, &ShellViewModel::linkRequested, this, [](const QUrl &url) { QDesktopServices::openUrl(url); });
+    applyAppearance();
+    Theme::serve(m_engine, m_theme);
+    m_engine.addImportPath(QStringLiteral(":/qt/qml"));
+}
+
+QuireApplication::~QuireApplication()
+{
+    CoverWork::finish();
+}
+
+bool QuireApplication::openMainWindow()
+{
+    m_engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}});
+    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quire/MainWindow.qml")));
+    if (m_engine.rootObjects().isEmpty()) {
+        return false;
+    }
+    // From the event loop, so that the window is on its way to the screen.
+    QMetaObject::invokeMethod(
+        this, [this] { detach(startMainWindow()); }, Qt::QueuedConnection);
+    return true;
+}
+
+QCoro::Task<> QuireApplication::startMainWindow()
+{
+    m_appDelegate.setModel(&m_model);
+    const auto started = m_model.start();
+    co_await started;
+}
+
+void QuireApplication::quit()
+{
+    if (m_appDelegate.applicationShouldTerminate() == TerminateReply::Now) {
+        QCoreApplication::exit();
+    }
+}
+
+bool QuireApplication::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Quit && watched == qApp) {
+        quit();
+        return true; // the toolkit's own way would not wait for the library
+    }
+    if (event->type() == QEvent::Close) {
+        if (const auto *window = qobject_cast<QWindow *>(watched); window && isMainWindow(traits(*window))) {
+            closeCompanions(window);
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void QuireApplication::closeCompanions(const QWindow *closing)
+{
+    const auto windows = QGuiApplication::allWindows();
+    for (QWindow *window : windows) {
+        if (window != closing && window->isVisible() && closesWithMainWindow(traits(*window))) {
+            window->close();
+        }
+    }
+}
+
+void QuireApplication::applyAppearance()
+{
+    const SettingsSnapshot &settings = m_model.settings();
+    const CustomAccentColor accent
+        = ThemePalette::accentInForce(settings.usesCustomAccentColor, settings.customAccentColor, settings.accentColor);
+    m_theme.setAppearance(accent, settings.sidebarAppearance, settings.interfaceFont);
+}
+
+QCoro::Task<> QuireApplication::openLogs()
+{
+    const QString path = AppDirectories::supportDirectory() + QStringLiteral("/quire.log");
+    const auto made = inBackground([path] { makeEmptyFile(path); });
+    co_await made;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+} // namespace quire

@@ -1,0 +1,39 @@
+// The families behind the reader's choice of font, and the free faces that
+// stand in for those that are not installed.
+//
+// Thread: interface thread, once an application object exists.
+
+#pragma once
+
+#include "records/Enumerations.h"
+
+#include <QFont>
+#include <QString>
+#include <QStringList>
+
+namespace quire {
+
+// A size in logical pixels and a weight, applied to whatever the reader chose.
+struct QuireFontModifier
+{
+    int size = 13;
+    QFont::Weight weight = QFont::Normal;
+
+    QFont font(InterfaceFontChoice choice) const;
+};
+
+namespace InterfaceFonts {
+
+// The family asked for. For every choice but System that is its label.
+QString family(InterfaceFontChoice choice);
+
+// The free faces that stand in for a choice, the best one first; empty for
+// System.
+QStringList substitutes(InterfaceFontChoice choice);
+
+// Tells the toolkit of all substitutes. Called once, before the first text.
+void installSubstitutes();
+
+} // namespace InterfaceFonts
+
+} // namespace quire

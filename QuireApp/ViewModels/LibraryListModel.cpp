@@ -1,0 +1,112 @@
+#include "QuireApp/ViewModels/LibraryListModel.h"
+
+#include "QuireApp/ViewModels/LibraryTexts.h"
+
+#include <algorithm>
+
+namespace quire {
+
+LibraryRow LibraryRow::of(const Book &book)
+{
+    return {book.id, book.title, book.author, LibraryTexts::pages(book.numberOfPages),
+        CoverSource::ofBook(book.id, book.coverData)};
+}
+
+LibraryRow LibraryRow::of(const Audiobook &audiobook)
+{
+    return {audiobook.id, audiobook.title, audiobook.author.value_or(QString()), QString(),
+        CoverSource::ofAudiobook(audiobook.id, audiobook.coverData)};
+}
+
+LibraryListModel::LibraryListModel(QObject *parent)
+    : QAbstractListModel(parent)
+{
+}
+
+void LibraryListModel::show(const QList<LibraryRow> &rows)
+{
+    const auto sameTitle = [](const LibraryRow &a, const LibraryRow &b) { return a.id == b.id; };
+    const auto [oldDiffers, newDiffers]
+        = std::mismatch(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), sameTitle);
+    const qsizetype head = newDiffers - rows.cbegin();
+    const qsizetype shorter = std::min(m_rows.size(), rows.size());
+    qsizetype tail = 0;
+    while (tail < shorter - head && sameTitle(m_rows.at(m_rows.size() - 1 - tail), rows.at(rows.size() - 1 - tail))) {
+        ++tail;
+    }
+    const qsizetype before = m_rows.size();
+    replace(head, before - head - tail, rows.mid(head, rows.size() - head - tail));
+    for (qsizetype row = 0; row < m_rows.size(); ++row) {
+        if (m_rows.at(row) != rows.at(row)) {
+            m_rows[row] = rows.at(row);
+            Q_EMIT dataChanged(index(int(row)), index(int(row)));
+        }
+    }
+    if (m_rows.size() != before) {
+        Q_EMIT countChanged();
+    }
+}
+
+void LibraryListModel::replace(qsizetype from, qsizetype removed, const QList<LibraryRow> &added)
+{
+    if (removed == m_rows.size() && removed > 0 && !added.isEmpty()) {
+        beginResetModel(); // nothing stays: one step for the view
+        m_rows = added;
+        endResetModel();
+        return;
+    }
+    if (removed > 0) {
+        beginRemoveRows({}, int(from), int(from + removed) - 1);
+        m_rows.remove(from, removed);
+        endRemoveRows();
+    }
+    if (!added.isEmpty()) {
+        beginInsertRows({}, int(from), int(from + added.size()) - 1);
+        m_rows = m_rows.mid(0, from) + added + m_rows.mid(from);
+        endInsertRows();
+    }
+}
+
+int LibraryListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant LibraryListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const LibraryRow &row = m_rows.at(index.row());
+    switch (role) {
+    case RowIdRole:
+        return row.id;
+    case Qt::DisplayRole:
+    case TitleRole:
+        return row.title;
+    case AuthorRole:
+        return row.author;
+    case PagesRole:
+        return row.pages;
+    case CoverRole:
+        return QVariant::fromValue(row.cover);
+    case AccessibleNameRole:
+        return LibraryTexts::viewDetails(row.title);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> LibraryListModel::roleNames() const
+{
+    return {
+        {RowIdRole, QByteArrayLiteral("rowId")},
+        {TitleRole, QByteArrayLiteral("title")},
+        {AuthorRole, QByteArrayLiteral("author")},
+        {PagesRole, QByteArrayLiteral("pages")},
+        {CoverRole, QByteArrayLiteral("cover")},
+        {AccessibleNameRole, QByteArrayLiteral("accessibleName")},
+    };
+}
+
+} // namespace quire

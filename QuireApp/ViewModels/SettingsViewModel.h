@@ -1,0 +1,86 @@
+// The edit buffers of the settings window. They are filled when the window
+// opens and reach the library only through save(); a stored secret never
+// enters them.
+//
+// Thread: interface thread.
+
+#pragma once
+
+#include "core/SettingsEdit.h"
+#include "QuireApp/ViewModels/ChoiceListModel.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+#include <QUrl>
+
+namespace quire {
+
+class AppModel;
+
+class SettingsViewModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Handed to the views by the shell")
+
+    Q_PROPERTY(quire::ChoiceListModel *tabs READ tabs CONSTANT)
+    Q_PROPERTY(QString selectedTab READ selectedTab WRITE selectTab NOTIFY selectedTabChanged)
+
+    Q_PROPERTY(QString goodreadsUserID READ goodreadsUserID WRITE setGoodreadsUserID NOTIFY editChanged)
+    Q_PROPERTY(QString goodreadsKey READ goodreadsKey WRITE setGoodreadsKey NOTIFY editChanged)
+    Q_PROPERTY(QString goodreadsKeyPrompt READ goodreadsKeyPrompt NOTIFY settingsChanged)
+    Q_PROPERTY(QUrl goodreadsUserIDHelp READ goodreadsUserIDHelp CONSTANT)
+    Q_PROPERTY(QUrl goodreadsKeyHelp READ goodreadsKeyHelp CONSTANT)
+
+    Q_PROPERTY(QString lastUpdatedText READ lastUpdatedText NOTIFY settingsChanged)
+    // A save is under way.
+    Q_PROPERTY(bool isSaving READ isSaving NOTIFY savingChanged)
+
+public:
+    // model outlives this. helpHost: scheme and authority of the help pages.
+    SettingsViewModel(AppModel &model, const QUrl &helpHost, QObject *parent = nullptr);
+
+    ChoiceListModel *tabs() { return &m_tabs; }
+    QString selectedTab() const { return m_selectedTab; }
+    void selectTab(const QString &word);
+
+    QString goodreadsUserID() const { return m_edit.goodreadsUserID; }
+    void setGoodreadsUserID(const QString &text);
+    QString goodreadsKey() const { return m_edit.goodreadsKey; }
+    void setGoodreadsKey(const QString &text);
+    QString goodreadsKeyPrompt() const;
+    QUrl goodreadsUserIDHelp() const;
+    QUrl goodreadsKeyHelp() const;
+
+    QString lastUpdatedText() const;
+    bool isSaving() const { return m_isSaving; }
+
+    // Takes every buffer from the settings in force.
+    Q_INVOKABLE void load();
+
+    // Stores the buffers; saved() follows, or a notice of the model.
+    Q_INVOKABLE void save();
+
+Q_SIGNALS:
+    void selectedTabChanged();
+    void editChanged();
+    void settingsChanged();
+    void savingChanged();
+    void saved();
+
+private:
+    QCoro::Task<> saveEdit(SettingsEdit edit);
+    void setSaving(bool saving);
+    QUrl help(const QString &anchor) const;
+
+    AppModel &m_model;
+    QUrl m_helpHost;
+    ChoiceListModel m_tabs;
+    QString m_selectedTab;
+    SettingsEdit m_edit;
+    bool m_isSaving = false;
+};
+
+} // namespace quire

@@ -1,0 +1,52 @@
+// Everything that the windows are handed, in one object: the view models and
+// what the menus can ask of the desktop.
+//
+// Thread: interface thread.
+
+#pragma once
+
+#include "QuireApp/ViewModels/ActivityViewModel.h"
+#include "QuireApp/ViewModels/InsightsViewModel.h"
+#include "QuireApp/ViewModels/LibraryViewModel.h"
+#include "QuireApp/ViewModels/SettingsViewModel.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <QUrl>
+
+namespace quire {
+
+class ShellViewModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+
+    Q_PROPERTY(quire::LibraryViewModel *library READ library CONSTANT)
+    Q_PROPERTY(quire::ActivityViewModel *activity READ activity CONSTANT)
+    Q_PROPERTY(quire::InsightsViewModel *insights READ insights CONSTANT)
+    Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
+
+public:
+    // model outlives this. helpHost: scheme and authority of the help pages.
+    ShellViewModel(AppModel &model, const QUrl &helpHost, QObject *parent = nullptr);
+
+    LibraryViewModel *library() { return &m_library; }
+    ActivityViewModel *activity() { return &m_activity; }
+    InsightsViewModel *insights() { return &m_insights; }
+    SettingsViewModel *settings() { return &m_settings; }
+
+Q_SIGNALS:
+    // Asked for by a menu or a link; the application does them.
+    void logsRequested();
+    void quitRequested();
+    void linkRequested(const QUrl &url);
+
+private:
+    LibraryViewModel m_library;
+    ActivityViewModel m_activity;
+    InsightsViewModel m_insights;
+    SettingsViewModel m_settings;
+};
+
+} // namespace quire

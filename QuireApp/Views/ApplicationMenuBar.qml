@@ -1,0 +1,99 @@
+// The commands of the program with their shortcuts.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+QuireMenuBar {
+    id: bar
+
+    required property ShellViewModel shell
+
+    signal settingsRequested
+
+    QuireMenu {
+        title: "Quire"
+
+        QuireMenuItem {
+            text: "Open Logs"
+            onTriggered: bar.shell.logsRequested()
+        }
+        QuireMenuSeparator {}
+        QuireMenuItem {
+            text: "Settings…"
+            shortcutText: "Ctrl+,"
+            onTriggered: bar.settingsRequested()
+        }
+        QuireMenuSeparator {}
+        QuireMenuItem {
+            text: "Quit"
+            shortcutText: "Ctrl+Q"
+            onTriggered: bar.shell.quitRequested()
+        }
+    }
+
+    QuireMenu {
+        title: "View"
+
+        ChoiceMenu {
+            title: "Library Section"
+            choices: bar.shell.library.menuTabs
+            selectedWord: bar.shell.library.selectedTab
+            onChosen: word => bar.shell.library.selectedTab = word
+        }
+        ChoiceMenu {
+            title: "Library View"
+            enabled: !bar.shell.library.showsInsights
+            choices: bar.shell.library.menuShelves
+            selectedWord: bar.shell.library.selectedShelf
+            onChosen: word => bar.shell.library.selectedShelf = word
+        }
+        ChoiceMenu {
+            title: "Sort Library"
+            enabled: !bar.shell.library.showsInsights
+            choices: bar.shell.library.sorts
+            selectedWord: bar.shell.library.selectedSort
+            onChosen: word => bar.shell.library.selectedSort = word
+        }
+        QuireMenuSeparator {}
+        QuireMenuItem {
+            text: "Previous Library Page"
+            enabled: bar.shell.library.hasPreviousPage
+            onTriggered: bar.shell.library.showPreviousPage()
+        }
+        QuireMenuItem {
+            text: "Next Library Page"
+            enabled: bar.shell.library.hasNextPage
+            onTriggered: bar.shell.library.showNextPage()
+        }
+    }
+
+    QuireMenu {
+        title: "Library"
+
+        QuireMenuItem {
+            text: "Sync"
+            shortcutText: "Ctrl+R"
+            enabled: !bar.shell.activity.isWorking
+            onTriggered: bar.shell.activity.synchronizeAll()
+        }
+    }
+
+    Shortcut {
+        sequence: "Ctrl+,"
+        context: Qt.ApplicationShortcut
+        onActivated: bar.settingsRequested()
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut
+        onActivated: bar.shell.quitRequested()
+    }
+    Shortcut {
+        sequence: "Ctrl+R"
+        context: Qt.ApplicationShortcut
+        enabled: !bar.shell.activity.isWorking
+        onActivated: bar.shell.activity.synchronizeAll()
+    }
+}

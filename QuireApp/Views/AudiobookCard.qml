@@ -1,0 +1,7 @@
+// Square art gets no spine.
+
+import Quire
+
+LibraryCard {
+    spineMode: CoverPicture.PortraitSpine
+}

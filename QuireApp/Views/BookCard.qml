@@ -1,0 +1,5 @@
+import Quire
+
+LibraryCard {
+    spineMode: CoverPicture.AlwaysSpine
+}

@@ -1,0 +1,54 @@
+import QtQuick
+
+import Quire
+
+Item {
+    id: state
+
+    required property string systemImage
+    required property string title
+    required property string detail
+
+    implicitHeight: 70
+
+    Rectangle {
+        id: circle
+
+        x: 14
+        y: 14
+        width: 42
+        height: 42
+        radius: 21
+        color: Theme.pill
+
+        SymbolPicture {
+            anchors.centerIn: parent
+            name: state.systemImage
+            size: 21
+            color: Theme.mark
+        }
+    }
+    Column {
+        anchors.left: circle.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 14
+        anchors.verticalCenter: circle.verticalCenter
+        spacing: 3
+
+        QuireText {
+            width: parent.width
+            elide: Text.ElideRight
+            text: state.title
+            size: 14
+            weight: Font.DemiBold
+        }
+        QuireText {
+            width: parent.width
+            elide: Text.ElideRight
+            text: state.detail
+            size: 12
+            color: Theme.secondary
+        }
+    }
+}

@@ -1,0 +1,62 @@
+// A title as its cover alone. It lifts a little under the pointer.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+T.AbstractButton {
+    id: card
+
+    required property string title
+    required property coverSource cover
+    required property string accessibleName
+    property int spineMode: CoverPicture.AlwaysSpine
+
+    implicitWidth: 142
+    implicitHeight: 218
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    scale: card.hovered ? 1.025 : 1
+
+    Keys.onReturnPressed: card.click()
+    Keys.onEnterPressed: card.click()
+
+    Accessible.role: Accessible.Button
+    Accessible.name: card.accessibleName
+
+    Behavior on scale {
+        NumberAnimation {
+            duration: 150
+            easing.type: Easing.OutQuad
+        }
+    }
+
+    contentItem: Item {
+        PanelShadow {
+            x: image.paintedRect.x
+            y: image.paintedRect.y
+            width: image.paintedRect.width
+            height: image.paintedRect.height
+            radius: 6
+            blur: 7
+            offset: 4
+            strength: 0.15
+        }
+        CoverImage {
+            id: image
+
+            anchors.fill: parent
+            title: card.title
+            source: card.cover
+            cornerRadius: 6
+            spineMode: card.spineMode
+            clearsLoadedBackground: true
+        }
+        FocusRing {
+            control: card
+            controlRadius: 6
+            visible: card.visualFocus
+        }
+    }
+}

@@ -1,0 +1,45 @@
+// The settings in a window of their own. Closing it drops what was not saved.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+T.ApplicationWindow {
+    id: window
+
+    required property ShellViewModel shell
+
+    function present() {
+        if (!window.visible) {
+            window.shell.settings.load();
+            window.show();
+        }
+        window.raise();
+        window.requestActivate();
+    }
+
+    objectName: "settings"
+    title: "Quire Settings"
+    width: 820
+    height: 620
+    minimumWidth: 820
+    minimumHeight: 620
+    color: Theme.window
+
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0, 0, 0, 0.22)
+    }
+
+    QuireSettingsView {
+        anchors.fill: parent
+        settings: window.shell.settings
+        onDismissed: window.close()
+        onLinkActivated: url => window.shell.linkRequested(url)
+    }
+
+    NoticeAlert {
+        activity: window.shell.activity
+        wanted: window.visible
+    }
+}
