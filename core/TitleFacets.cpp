@@ -2,21 +2,40 @@
 
 #include <QStringList>
 
+#include <utility>
+#include <vector>
+
 namespace quire::TitleFacets {
 
 namespace {
 
-// The shelves whose stored word is exactly `word`; an unknown word gives none.
-ShelfSet shelvesOfWord(const QString &word, LibraryTab tab)
+// The stored words of one tab, made once and not for each title.
+class ShelfWords
 {
-    ShelfSet shelves = 0;
-    for (const LibraryShelf shelf : allLibraryShelves) {
-        if (databaseValue(shelf, tab) == word) {
-            shelves |= only(shelf);
+public:
+    explicit ShelfWords(LibraryTab tab)
+    {
+        for (const LibraryShelf shelf : allLibraryShelves) {
+            if (const auto word = databaseValue(shelf, tab)) {
+                m_words.emplace_back(*word, only(shelf));
+            }
         }
     }
-    return shelves;
-}
+
+    // The shelf whose word is exactly `word`; an unknown word gives none.
+    ShelfSet shelves(const QString &word) const
+    {
+        for (const auto &[stored, shelf] : m_words) {
+            if (stored == word) {
+                return shelf;
+            }
+        }
+        return 0;
+    }
+
+private:
+    std::vector<std::pair<QString, ShelfSet>> m_words;
+};
 
 } // namespace
 
@@ -25,12 +44,14 @@ ShelfSet shelves(const Book &book)
     if (book.isHidden) {
         return only(LibraryShelf::Hidden);
     }
-    return only(LibraryShelf::All) | shelvesOfWord(book.shelf, LibraryTab::Books);
+    static const ShelfWords words(LibraryTab::Books);
+    return only(LibraryShelf::All) | words.shelves(book.shelf);
 }
 
 ShelfSet shelves(const Audiobook &audiobook)
 {
-    return only(LibraryShelf::Hidden) | only(LibraryShelf::All) | shelvesOfWord(audiobook.status, LibraryTab::Audio);
+    static const ShelfWords words(LibraryTab::Audio);
+    return only(LibraryShelf::Hidden) | only(LibraryShelf::All) | words.shelves(audiobook.status);
 }
 
 QString searchableText(const Book &book)
