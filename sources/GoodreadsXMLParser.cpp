@@ -1,16 +1,11 @@
 #include "sources/GoodreadsXMLParser.h"
 
 #include "records/Text.h"
+#include "sources/UntrustedXML.h"
 
 #include <QXmlStreamReader>
 
 namespace quire {
-
-namespace {
-
-constexpr qsizetype pieceSize = 64 * 1024;
-
-} // namespace
 
 GoodreadsXMLParser::GoodreadsXMLParser(std::optional<QString> fallbackShelf, QUrl website)
     : m_fallbackShelf(std::move(fallbackShelf))
@@ -20,29 +15,29 @@ GoodreadsXMLParser::GoodreadsXMLParser(std::optional<QString> fallbackShelf, QUr
 
 void GoodreadsXMLParser::parse(QByteArray document, std::stop_token stop)
 {
+    UntrustedXML bytes(std::move(document));
     QXmlStreamReader reader;
     reader.setNamespaceProcessing(false);
-    qsizetype fed = 0;
-    qsizetype mark = 0; // what was fed when the item, or outside one the token, began
+    qsizetype taken = 0; // since the item, or outside one the latest token, began
     while (!stop.stop_requested()) {
         const auto token = reader.readNext();
-        if (token == QXmlStreamReader::Invalid) {
-            const bool wantsMore = reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
-            if (!wantsMore || fed == document.size() || fed - mark > maximumItemSize) {
+        if (token != QXmlStreamReader::Invalid) {
+            const bool wasInside = m_insideItem;
+            if (!take(reader)) {
                 return;
             }
-            const QByteArray piece = document.mid(fed, pieceSize);
-            fed += piece.size();
-            reader.addData(piece);
+            if (!wasInside) {
+                taken = 0;
+            }
             continue;
         }
-        const bool goesOn = take(reader);
-        if (!goesOn) {
+        const QByteArray piece = bytes.nextPiece();
+        const bool wantsMore = reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+        taken += piece.size();
+        if (!wantsMore || piece.isEmpty() || taken > maximumItemSize) {
             return;
         }
-        if (!m_insideItem) {
-            mark = fed;
-        }
+        reader.addData(piece);
     }
 }
 

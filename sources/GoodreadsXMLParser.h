@@ -2,7 +2,7 @@
 // whatever was read before a syntax error stands.
 //
 // The document comes from outside, so the parse also ends where it would cost
-// too much: at elements nested deeper than 256, at an item of more than 8 MiB,
+// too much: at elements nested deeper than 256, at an item of more than 4 MiB,
 // and after 100,000 books, twice the largest library that Quire is measured
 // with. No entity is known but the five of XML itself.
 //
@@ -28,7 +28,7 @@ class GoodreadsXMLParser
 {
 public:
     static constexpr int maximumDepth = 256;
-    static constexpr qsizetype maximumItemSize = 8 * 1024 * 1024;
+    static constexpr qsizetype maximumItemSize = 4 * 1024 * 1024;
     static constexpr qsizetype maximumBooks = 100'000;
 
     // fallbackShelf, website: see makeBook().
