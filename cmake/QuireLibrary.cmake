@@ -40,13 +40,15 @@ set(quire_test_environment
 # Where each test program leaves its cases as JUnit, for scripts/test.sh to count.
 set(quire_test_results ${CMAKE_BINARY_DIR}/test-results)
 
-# What every test of ctest shares; its label is its folder below tests/.
+# What every test of ctest shares; its label is its folder below tests/. Further
+# NAME=value pairs of its environment may follow.
 function(quire_set_test_properties name timeout)
+    string(MAKE_C_IDENTIFIER "${name}" report)
     cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/tests OUTPUT_VARIABLE folder)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${timeout}
         LABELS "${folder}"
-        ENVIRONMENT "${quire_test_environment};GTEST_OUTPUT=xml:${quire_test_results}/${name}.xml")
+        ENVIRONMENT "${quire_test_environment};GTEST_OUTPUT=xml:${quire_test_results}/${report}.xml;${ARGN}")
 endfunction()
 
 # quire_add_test(<name> SOURCES ... USES ... [TIMEOUT seconds])

@@ -8,6 +8,7 @@ a failed case (it crashed, hung, or a sanitizer spoke at its end) is one failure
 The exit status is 1 when anything failed or nothing ran.
 """
 
+import re
 import sys
 import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass
@@ -53,7 +54,7 @@ def count_run(folder: Path) -> tuple[Count, list[str]]:
     remarks = []
     for program in ElementTree.parse(folder / "ctest.junit").getroot().iter("testcase"):
         name = program.get("name", "")
-        cases = count_cases(folder / f"{name}.xml")
+        cases = count_cases(folder / f"{re.sub('[^A-Za-z0-9_]', '_', name)}.xml")
         succeeded = program.get("status") == "run"
         if not succeeded and cases.failed == 0:
             cases.failed = 1
