@@ -2,7 +2,7 @@
 
 #include "concurrency/Cancelled.h"
 #include "concurrency/Clock.h"
-#include "concurrency/ThreadPoolJob.h"
+#include "concurrency/InBackground.h"
 #include "persistence/LibraryStore.h"
 #include "records/DateParser.h"
 #include "records/Text.h"
@@ -79,7 +79,7 @@ QUrl feedURL(const QUrl &goodreads, const QString &userID, const QString &key, c
 QFuture<Feed> parse(QByteArray document, const FeedRequest &request, const QUrl &website, std::stop_token stop)
 {
     const auto fallbackShelf = request.isOneShelf ? std::optional(request.shelf.toString()) : std::nullopt;
-    return runOnThreadPool([document = std::move(document), fallbackShelf, website, stop]() mutable {
+    return inBackground([document = std::move(document), fallbackShelf, website, stop]() mutable {
         GoodreadsXMLParser parser(fallbackShelf, website);
         parser.parse(std::move(document), stop);
         return Feed{parser.books(), parser.isValidFeed()};
