@@ -69,7 +69,8 @@ QString ProvenanceWriter::hashed(const QString &value)
 {
     m_hash.reset();
     m_hash.addData(value.toUtf8());
-    return QString::fromLatin1(m_hash.result().toHex());
+    const QByteArrayView digest = m_hash.resultView();
+    return QString::fromLatin1(QByteArray::fromRawData(digest.data(), digest.size()).toHex());
 }
 
 void recordEdit(const SQLiteDatabase &database, EntityKind kind, qint64 entityID, const FieldValues &fields)
