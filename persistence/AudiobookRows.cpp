@@ -60,7 +60,10 @@ QList<Audiobook> all(SQLiteDatabase &database, CoverCache &covers)
     CoverReader coverReader(database, covers, ArtworkKind::Audiobook);
 
     QList<Audiobook> audiobooks;
+    audiobooks.reserve(
+        qsizetype(SQLiteStatement(database, "SELECT COUNT(*) FROM audible_books").firstInteger().value_or(0)));
     SQLiteStatement row(database, selectAudiobooks);
+    QString lastStatus;
     while (row.step()) {
         const qint64 id = row.intValue(Id).value_or(0);
         audiobooks.append({
@@ -80,7 +83,7 @@ QList<Audiobook> all(SQLiteDatabase &database, CoverCache &covers)
             .userRating = row.optionalDouble(UserRating),
             .finishedAt = row.optionalString(FinishedAt),
             .summary = row.optionalString(Description),
-            .status = row.string(Status, QStringLiteral("read")),
+            .status = row.repeatingString(Status, QStringLiteral("read"), lastStatus),
             .runtimeMinutes = row.intValue(RuntimeMinutes),
             .releaseDate = row.optionalString(ReleaseDate),
             .purchaseDate = row.optionalString(PurchaseDate),

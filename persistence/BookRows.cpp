@@ -63,7 +63,10 @@ QList<Book> all(SQLiteDatabase &database, CoverCache &covers)
     auto tags = TagRows::byBook(database);
 
     QList<Book> books;
+    books.reserve(
+        qsizetype(SQLiteStatement(database, "SELECT COUNT(*) FROM goodreads_books").firstInteger().value_or(0)));
     SQLiteStatement row(database, selectBooks);
+    QString lastShelf;
     while (row.step()) {
         const qint64 id = row.intValue(Id).value_or(0);
         books.append({
@@ -72,7 +75,7 @@ QList<Book> all(SQLiteDatabase &database, CoverCache &covers)
             .title = row.string(Title, {}),
             .author = row.string(Author, {}),
             .isbn = row.optionalString(Isbn),
-            .shelf = row.string(Shelf, QStringLiteral("read")),
+            .shelf = row.repeatingString(Shelf, QStringLiteral("read"), lastShelf),
             .userRating = row.doubleValue(UserRating, 0),
             .averageRating = row.optionalDouble(AverageRating),
             .numberOfPages = row.intValue(NumPages),
@@ -87,7 +90,7 @@ QList<Book> all(SQLiteDatabase &database, CoverCache &covers)
             .dateSynced = row.optionalString(DateSynced),
             .dateModified = row.optionalString(DateModified),
             .notes = row.string(Notes, {}),
-            .tags = tags.take(id),
+            .tags = tags.value(id),
             .isHidden = row.intValue(Hidden) == 1,
         });
     }

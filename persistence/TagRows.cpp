@@ -8,8 +8,9 @@ QHash<qint64, QStringList> byBook(const SQLiteDatabase &database)
 {
     QHash<qint64, QStringList> tags;
     SQLiteStatement row(database, "SELECT book_id, tag FROM book_tags ORDER BY tag");
+    QString lastTag;
     while (row.step()) {
-        tags[row.intValue(0).value_or(0)].append(row.string(1, {}));
+        tags[row.intValue(0).value_or(0)].append(row.repeatingString(1, {}, lastTag));
     }
     return tags;
 }

@@ -79,7 +79,7 @@ public:
     QString message() const;
 
 private:
-    void harden();
+    void configure();
     bool firstValueIsOk(const char *pragma) const;
 
     sqlite3 *m_handle = nullptr;

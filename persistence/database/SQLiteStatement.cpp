@@ -9,6 +9,24 @@
 
 namespace quire {
 
+namespace {
+
+// Of a value that holds text; null when there is no memory for it.
+QUtf8StringView utf8Text(sqlite3_value *cell)
+{
+    // The pointer first: asking for it may convert the text, and with it the size.
+    const unsigned char *utf8 = sqlite3_value_text(cell);
+    return {reinterpret_cast<const char *>(utf8), utf8 ? sqlite3_value_bytes(cell) : 0};
+}
+
+std::optional<QString> text(sqlite3_value *cell)
+{
+    const QUtf8StringView utf8 = utf8Text(cell);
+    return utf8.isNull() ? std::nullopt : std::optional(utf8.toString());
+}
+
+} // namespace
+
 void SQLiteStatement::Finalize::operator()(sqlite3_stmt *handle) const
 {
     sqlite3_finalize(handle);
@@ -114,16 +132,6 @@ QString SQLiteStatement::columnName(int column) const
     return QString::fromUtf8(sqlite3_column_name(m_handle.get(), column));
 }
 
-std::optional<QString> SQLiteStatement::text(int column) const
-{
-    // The pointer first: asking for it may convert the value, and with it the size.
-    const unsigned char *utf8 = sqlite3_column_text(m_handle.get(), column);
-    if (!utf8) {
-        return std::nullopt; // no memory for it
-    }
-    return QString::fromUtf8(reinterpret_cast<const char *>(utf8), sqlite3_column_bytes(m_handle.get(), column));
-}
-
 SQLiteValue SQLiteStatement::value(int column) const
 {
     sqlite3_stmt *const statement = m_handle.get();
@@ -133,7 +141,7 @@ SQLiteValue SQLiteStatement::value(int column) const
     case SQLITE_FLOAT:
         return SQLiteValue(sqlite3_column_double(statement, column));
     case SQLITE_TEXT:
-        return SQLiteValue(text(column));
+        return SQLiteValue(text(sqlite3_column_value(statement, column)));
     case SQLITE_BLOB: {
         const void *bytes = sqlite3_column_blob(statement, column);
         const int size = sqlite3_column_bytes(statement, column);
@@ -147,12 +155,15 @@ SQLiteValue SQLiteStatement::value(int column) const
 
 // Below, what a well-kept library holds goes straight from SQLite into the
 // record; everything else takes the way through SQLiteValue, where the rules are.
+// sqlite3_column_value() enters SQLite's mutex once a value and not once a
+// question; its result may be looked at since one thread uses the connection.
 
 std::optional<qint64> SQLiteStatement::intValue(int column) const
 {
-    switch (sqlite3_column_type(m_handle.get(), column)) {
+    sqlite3_value *const cell = sqlite3_column_value(m_handle.get(), column);
+    switch (sqlite3_value_type(cell)) {
     case SQLITE_INTEGER:
-        return sqlite3_column_int64(m_handle.get(), column);
+        return sqlite3_value_int64(cell);
     case SQLITE_NULL:
         return std::nullopt;
     default:
@@ -162,9 +173,10 @@ std::optional<qint64> SQLiteStatement::intValue(int column) const
 
 QString SQLiteStatement::string(int column, const QString &fallback) const
 {
-    switch (sqlite3_column_type(m_handle.get(), column)) {
+    sqlite3_value *const cell = sqlite3_column_value(m_handle.get(), column);
+    switch (sqlite3_value_type(cell)) {
     case SQLITE_TEXT:
-        return text(column).value_or(fallback);
+        return text(cell).value_or(fallback);
     case SQLITE_NULL:
         return fallback;
     default:
@@ -174,11 +186,20 @@ QString SQLiteStatement::string(int column, const QString &fallback) const
 
 std::optional<QString> SQLiteStatement::optionalString(int column) const
 {
-    QString text = string(column, {});
-    if (text.isEmpty()) {
-        return std::nullopt;
+    std::optional<QString> text(string(column, {}));
+    if (text->isEmpty()) {
+        text.reset();
     }
     return text;
+}
+
+QString SQLiteStatement::repeatingString(int column, const QString &fallback, QString &last) const
+{
+    sqlite3_value *const cell = sqlite3_column_value(m_handle.get(), column);
+    if (sqlite3_value_type(cell) != SQLITE_TEXT || !QAnyStringView::equal(utf8Text(cell), last)) {
+        last = string(column, fallback);
+    }
+    return last;
 }
 
 double SQLiteStatement::doubleValue(int column, double fallback) const
@@ -188,9 +209,10 @@ double SQLiteStatement::doubleValue(int column, double fallback) const
 
 std::optional<double> SQLiteStatement::optionalDouble(int column) const
 {
-    switch (sqlite3_column_type(m_handle.get(), column)) {
+    sqlite3_value *const cell = sqlite3_column_value(m_handle.get(), column);
+    switch (sqlite3_value_type(cell)) {
     case SQLITE_FLOAT:
-        return sqlite3_column_double(m_handle.get(), column);
+        return sqlite3_value_double(cell);
     case SQLITE_NULL:
         return std::nullopt;
     default:

@@ -71,6 +71,9 @@ public:
     std::optional<qint64> intValue(int column) const;
     QString string(int column, const QString &fallback) const;
     std::optional<QString> optionalString(int column) const;
+    // As string(), for a column whose rows repeat themselves: shares `last`, the
+    // text of the row before, when this one's is the same, and replaces it.
+    QString repeatingString(int column, const QString &fallback, QString &last) const;
     double doubleValue(int column, double fallback) const;
     std::optional<double> optionalDouble(int column) const;
 
@@ -82,7 +85,6 @@ private:
 
     void requireBound(int code);
     QString message() const;
-    std::optional<QString> text(int column) const; // of a column that holds text
 
     std::unique_ptr<sqlite3_stmt, Finalize> m_handle;
 };
