@@ -1,0 +1,138 @@
+#include "ModelTest.h"
+
+#include "persistence/AppLog.h"
+
+#include <QFile>
+#include <QUuid>
+
+namespace quire {
+
+using testing::await;
+using testing::eventually;
+
+ModelTest::ModelTest()
+{
+    qputenv("QUIRE_LOG_PATH", QFile::encodeName(library.file(QStringLiteral("test.log"))));
+    library.open();
+    library.close();
+}
+
+ModelTest::~ModelTest()
+{
+    model.reset();
+    settle();
+}
+
+void ModelTest::makeModel(bool withSession)
+{
+    ServiceEndpoints endpoints = ServiceEndpoints::standard();
+    endpoints.goodreads = goodreads.origin();
+    AppModelDependencies dependencies{clock, network, endpoints};
+    dependencies.jitter = [](std::chrono::nanoseconds maximum) { return maximum; };
+    model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(clock, library.folder()),
+        withSession ? std::optional(library.folder()) : std::nullopt, dependencies);
+}
+
+void ModelTest::startModel()
+{
+    makeModel();
+    await(model->start());
+    ASSERT_TRUE(model->isReady()) << (model->notice() ? qPrintable(model->notice()->message) : "no notice");
+}
+
+void ModelTest::addBook(const QString &title, const QString &shelf)
+{
+    library.execute("INSERT INTO goodreads_books (goodreads_id, title, author, shelf) VALUES (?, ?, '', ?)",
+        {QUuid::createUuid().toString(), title, shelf});
+}
+
+void ModelTest::addAudiobook(const QString &title, const QString &status)
+{
+    library.execute("INSERT INTO audible_books (asin, title, status) VALUES (?, ?, ?)",
+        {QUuid::createUuid().toString(), title, status});
+}
+
+void ModelTest::setStored(const QString &key, const QString &value)
+{
+    library.execute("INSERT OR REPLACE INTO settings (key, value) VALUES (?, ?)", {key, value});
+}
+
+std::optional<QString> ModelTest::stored(const QString &key) const
+{
+    return library.scalar("SELECT value FROM settings WHERE key = ?", {key}).optionalString();
+}
+
+void ModelTest::configureGoodreads()
+{
+    library.open();
+    await(library.store().setSetting(QStringLiteral("goodreadsUserId"), QStringLiteral("42")));
+    await(library.store().setSetting(QStringLiteral("goodreadsRssKey"), QStringLiteral("feed key")));
+    library.close();
+}
+
+void ModelTest::serveFeed(const QStringList &titles)
+{
+    QString feed = QStringLiteral("<rss><channel>");
+    for (const QString &title : titles) {
+        feed += QStringLiteral("<item><book_id>%1</book_id><title>%2</title><user_shelves>read</user_shelves></item>")
+                    .arg(qHash(title))
+                    .arg(title);
+    }
+    feed += QStringLiteral("</channel></rss>");
+    goodreads.routeEverythingElse(
+        [bytes = feed.toUtf8()](const testing::LoopbackRequest &) { return testing::LoopbackReply::ok(bytes); });
+}
+
+QStringList ModelTest::history() const
+{
+    QStringList lines;
+    for (const SQLiteRow &row :
+        library.query("SELECT job_kind, state, attempt FROM background_job_history ORDER BY id")) {
+        lines.append(QStringList{row.string(QStringLiteral("job_kind"), {}), row.string(QStringLiteral("state"), {}),
+            QString::number(row.intValue(QStringLiteral("attempt")).value_or(0))}
+                         .join(u' '));
+    }
+    return lines;
+}
+
+QStringList ModelTest::logLines()
+{
+    // The log's queue is in order: once this mark is there, all before it is.
+    const QString mark = QStringLiteral("mark ") + QUuid::createUuid().toString();
+    AppLog::write(mark);
+    EXPECT_TRUE(eventually([&] { return readLog().contains(mark); }));
+    QStringList lines = readLog();
+    lines.removeIf([](const QString &line) { return line.startsWith(u"mark "); });
+    return lines;
+}
+
+QStringList ModelTest::readLog() const
+{
+    QFile file(library.file(QStringLiteral("test.log")));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (QString &line : lines) {
+        line = line.section(QStringLiteral("] "), 1);
+    }
+    return lines;
+}
+
+QStringList ModelTest::titlesShown() const
+{
+    QStringList titles;
+    for (const Book &book : model->filteredBooks()) {
+        titles.append(book.title);
+    }
+    return titles;
+}
+
+void ModelTest::settle()
+{
+    QElapsedTimer time;
+    time.start();
+    eventually([&time] { return time.hasExpired(50); });
+}
+
+} // namespace quire
