@@ -30,10 +30,10 @@ QCoro::Task<> watch(QCoro::Task<> task)
         co_await task;
     } catch (const Cancelled &) {
         // asked to stop, and it did
-    } catch (const Failure &failure) {
-        report(failure.description());
     } catch (const std::exception &error) {
-        report(QString::fromLocal8Bit(error.what()));
+        report(describe(error));
+    } catch (...) {
+        report(QStringLiteral("An unknown failure."));
     }
 }
 

@@ -11,6 +11,7 @@ SerialExecutor::SerialExecutor(const QString &name)
 
 SerialExecutor::~SerialExecutor()
 {
+    Q_ASSERT(!isCurrentThread());
     {
         const std::lock_guard lock(m_mutex);
         m_closing = true;

@@ -27,8 +27,9 @@ public:
     // name: shown by debuggers, at most 15 bytes of it.
     explicit SerialExecutor(const QString &name);
 
-    // Runs every job already submitted, then joins the thread. Every future
-    // handed out is therefore finished once this returns.
+    // Runs every job already submitted, and those that they submit, then joins
+    // the thread. Every future handed out is therefore finished once this
+    // returns. Never from inside a job: a thread cannot wait for itself.
     ~SerialExecutor();
 
     SerialExecutor(const SerialExecutor &) = delete;
@@ -63,9 +64,10 @@ auto SerialExecutor::submit(Job job) -> QFuture<std::invoke_result_t<Job>>
     auto future = promise->future();
     promise->start();
 
-    // shared_ptr, because std::function requires a copyable target.
+    // shared_ptr, because std::function requires a copyable target; moved on,
+    // so that the queue alone holds the job, however soon it runs.
     auto held = std::make_shared<Job>(std::move(job));
-    enqueue([promise, held]() mutable {
+    enqueue([promise = std::move(promise), held = std::move(held)]() mutable {
         try {
             if constexpr (std::is_void_v<Value>) {
                 (*held)();

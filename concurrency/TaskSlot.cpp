@@ -4,8 +4,8 @@
 
 namespace quire {
 
-// Lives as long as the task or the slot, whichever is longer, so that the
-// callable's captures are valid in every step of the coroutine.
+// Lives at least as long as the task, so that the callable's captures are valid
+// in every step of the coroutine.
 struct TaskSlot::Entry
 {
     std::function<QCoro::Task<>(std::stop_token)> work;
@@ -25,7 +25,11 @@ QCoro::Task<> TaskSlot::run(std::shared_ptr<Entry> entry)
     struct MarkFinished
     {
         Entry &entry;
-        ~MarkFinished() { entry.finished = true; }
+        ~MarkFinished()
+        {
+            entry.finished = true;
+            entry.work = nullptr; // its captures go with the task, not with the slot
+        }
     } mark{*entry};
     const auto task = entry->work(entry->source.get_token());
     co_await task;

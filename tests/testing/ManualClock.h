@@ -1,17 +1,15 @@
 // A clock that stands still until the test moves it. Sleeps end when the time
-// passes their moment, in the order of their moments.
+// passes their moment, in the order of their moments; those under way when the
+// clock is destroyed end as cancelled.
 //
-// Thread: now() from any thread; everything else on the test's.
+// Thread: now() from any thread, and a stop may be requested on any; everything
+// else on the test's.
 
 #pragma once
 
 #include "concurrency/Clock.h"
 
-#include <QFuture>
-#include <QPromise>
-
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace quire::testing {
@@ -36,22 +34,12 @@ public:
     std::size_t sleepers() const;
 
     // The lengths of all sleeps ever asked for, in order.
-    std::vector<std::chrono::nanoseconds> requestedSleeps() const { return m_requested; }
+    std::vector<std::chrono::nanoseconds> requestedSleeps() const;
 
 private:
-    struct Sleeper
-    {
-        std::chrono::nanoseconds until;
-        std::shared_ptr<QPromise<void>> promise;
-    };
+    struct State;
 
-    void wake(const std::shared_ptr<QPromise<void>> &promise);
-
-    mutable std::mutex m_mutex; // now() is read on executors
-    Instant m_now;
-    std::chrono::nanoseconds m_elapsed{0};
-    std::vector<Sleeper> m_sleepers;
-    std::vector<std::chrono::nanoseconds> m_requested;
+    std::shared_ptr<State> m_state; // shared with the sleeps, which may outlive the clock
 };
 
 } // namespace quire::testing
