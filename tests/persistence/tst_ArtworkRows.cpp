@@ -132,3 +132,53 @@ TEST(ArtworkRows, AtTheReadersCommandACoverIsReplaced)
     EXPECT_EQ(row.value(text("cover_data_source")), text("https://a.example/new"));
     EXPECT_TRUE(isSqlNow(library, row.value(text("date_synced"))));
 }
+
+TEST(ArtworkRows, ACoverThatWasHandedOutIsForgottenWhenItIsReplaced)
+{
+    TestLibrary library;
+    LibraryStore &store = library.store();
+    const auto coverOfBook = [&] { return await(store.books()).value(0).coverData.value().bytes(); };
+    const auto coverOfAudiobook = [&] { return await(store.audiobooks()).value(0).coverData.value().bytes(); };
+    const ArtworkRequest book = request(ArtworkKind::Book, 1, "x");
+    const ArtworkRequest audiobook = request(ArtworkKind::Audiobook, 1, "x");
+    addBook(library, "book", null, null, QByteArrayLiteral("old"), text("manual"));
+    addAudiobook(library, "audio", null, QByteArrayLiteral("old"), text("manual"));
+    EXPECT_EQ(coverOfBook(), QByteArrayLiteral("old"));
+    EXPECT_EQ(coverOfAudiobook(), QByteArrayLiteral("old"));
+
+    // As long as before, so that nothing but the bytes tells.
+    await(store.storeArtwork(CoverBytes(QByteArrayLiteral("new")), book, text("manual")));
+    await(store.storeArtwork(CoverBytes(QByteArrayLiteral("new")), audiobook, text("manual")));
+    EXPECT_EQ(coverOfBook(), QByteArrayLiteral("new"));
+    EXPECT_EQ(coverOfAudiobook(), QByteArrayLiteral("new"));
+
+    await(store.updateAudiobookCover(1, url("https://a.example/1"), CoverBytes(QByteArrayLiteral("own"))));
+    EXPECT_EQ(coverOfAudiobook(), QByteArrayLiteral("own"));
+}
+
+TEST(ArtworkRows, ACoverThatCameWithAnImportedTitleOutlastsImports)
+{
+    TestLibrary library;
+    LibraryStore &store = library.store();
+    await(store.upsertGoodreadsBooks({fullFeedBook()}));
+    await(
+        store.storeArtwork(CoverBytes(QByteArrayLiteral("cover")), request(ArtworkKind::Book, 1, "x"), text("manual")));
+    const auto before = await(store.books()).value(0).coverData;
+    await(store.upsertGoodreadsBooks({fullFeedBook()}));
+    const auto after = await(store.books()).value(0).coverData;
+    ASSERT_TRUE(before && after);
+    EXPECT_EQ(before->bytes().constData(), after->bytes().constData()); // shared, not read again
+}
+
+TEST(ArtworkRows, AnAudiobookAddedAgainShowsTheCoverThatItLacked)
+{
+    TestLibrary library;
+    LibraryStore &store = library.store();
+    AudibleCatalogBook book;
+    book.asin = text("B1");
+    book.title = text("Title");
+    await(store.addAudiobook(book, text("read"), std::nullopt, std::nullopt));
+    EXPECT_EQ(await(store.audiobooks()).value(0).coverData, std::nullopt);
+    await(store.addAudiobook(book, text("read"), std::nullopt, CoverBytes(QByteArrayLiteral("cover"))));
+    EXPECT_EQ(await(store.audiobooks()).value(0).coverData, CoverBytes(QByteArrayLiteral("cover")));
+}
