@@ -31,3 +31,6 @@ struct GoodreadsFeedBook
 };
 
 } // namespace quire
+
+// A list of many thousands grows in place.
+Q_DECLARE_TYPEINFO(quire::GoodreadsFeedBook, Q_RELOCATABLE_TYPE);

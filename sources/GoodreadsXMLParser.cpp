@@ -46,8 +46,9 @@ bool GoodreadsXMLParser::take(const QXmlStreamReader &reader)
 {
     switch (reader.tokenType()) {
     case QXmlStreamReader::StartElement:
+        m_elements += 1 + reader.attributes().size();
         startElement(reader.qualifiedName());
-        return m_depth <= maximumDepth;
+        return m_depth <= maximumDepth && m_elements <= maximumElements;
     case QXmlStreamReader::Characters:
         if (m_insideItem) {
             m_buffer += reader.text();

@@ -3,8 +3,8 @@
 //
 // The document comes from outside, so the parse also ends where it would cost
 // too much: at elements nested deeper than 256, at an item of more than 4 MiB,
-// and after 100,000 books, twice the largest library that Quire is measured
-// with. No entity is known but the five of XML itself.
+// after 100,000 books, twice the largest library that Quire is measured with,
+// and after more elements and attributes than so many books have. No entity is known but the five of XML itself.
 //
 // Thread: any; a parser lives for one document on one thread.
 
@@ -30,6 +30,7 @@ public:
     static constexpr int maximumDepth = 256;
     static constexpr qsizetype maximumItemSize = 4 * 1024 * 1024;
     static constexpr qsizetype maximumBooks = 100'000;
+    static constexpr qsizetype maximumElements = 40 * maximumBooks;
 
     // fallbackShelf, website: see makeBook().
     GoodreadsXMLParser(std::optional<QString> fallbackShelf, QUrl website);
@@ -59,6 +60,7 @@ private:
     QString m_buffer; // text since the last start or end of an element
     bool m_insideItem = false;
     int m_depth = 0;
+    qsizetype m_elements = 0;
 };
 
 } // namespace quire

@@ -9,6 +9,7 @@ namespace quire {
 namespace {
 
 constexpr qsizetype pieceSize = 64 * 1024;
+constexpr qsizetype maximumDocumentType = 64 * 1024;
 
 // The place after `word`, or the end of the text.
 qsizetype after(QByteArrayView text, QByteArrayView word)
@@ -18,7 +19,7 @@ qsizetype after(QByteArrayView text, QByteArrayView word)
 }
 
 // The place after the ">" that ends a document type declaration, with whatever
-// it declares inside brackets; the end of the text when there is none.
+// it declares inside brackets; the size of the text when there is none.
 qsizetype endOfDocumentType(QByteArrayView text)
 {
     int brackets = 0;
@@ -82,7 +83,7 @@ void UntrustedXML::takeMarkup(QByteArray &piece)
     if (markup.startsWith("<![CDATA[")) {
         takeCData(piece);
     } else if (markup.startsWith("<!--")) {
-        take(4 + after(markup.sliced(4), "-->"), piece);
+        takeComment(piece);
     } else if (markup.startsWith("<?")) {
         take(after(markup, "?>"), piece);
     } else if (markup.startsWith("<!")) {
@@ -90,6 +91,21 @@ void UntrustedXML::takeMarkup(QByteArray &piece)
     } else {
         m_inProlog = false;
         takeTag(piece);
+    }
+}
+
+// One that is no proper comment is for the reader to stumble over.
+void UntrustedXML::takeComment(QByteArray &piece)
+{
+    constexpr qsizetype openingSize = 4;
+    const QByteArrayView content = rest().sliced(openingSize);
+    const qsizetype dashes = content.indexOf("--");
+    const bool isProper
+        = dashes >= 0 && content.sliced(dashes).startsWith("-->") && content.first(dashes).isValidUtf8();
+    if (isProper) {
+        m_text.start += openingSize + dashes + 3;
+    } else {
+        take(openingSize + after(content, "-->"), piece);
     }
 }
 
@@ -132,11 +148,13 @@ void UntrustedXML::takeTag(QByteArray &piece)
 // Only in front of the first element is this a document type declaration.
 void UntrustedXML::skipDocumentType()
 {
-    if (m_inProlog && rest().startsWith("<!DOCTYPE")) {
-        m_text.start += endOfDocumentType(rest());
-        m_inProlog = false; // there may be one
-    } else {
+    const QByteArrayView text = rest().first(std::min(rest().size(), maximumDocumentType));
+    const qsizetype size = m_inProlog && text.startsWith("<!DOCTYPE") ? endOfDocumentType(text) : text.size();
+    if (size == text.size()) {
         end();
+    } else {
+        m_text.start += size;
+        m_inProlog = false; // there may be one
     }
 }
 

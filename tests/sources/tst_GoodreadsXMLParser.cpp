@@ -271,8 +271,8 @@ TEST_P(BrokenTail, LeavesWhatWasReadBefore)
 
 INSTANTIATE_TEST_SUITE_P(Errors, BrokenTail,
     ::testing::Values("</item>", "<item", "<a b=c>", "<a b='1' b='2'/>", "a < b", "AT&T", "&eacute;",
-        "<item>&nbsp;</item>", "<1/>", "<!-- never closed", "<![CDATA[ never closed", "<!ELEMENT a ANY>",
-        "<!DOCTYPE late>", "\x01", "</channel></rss><again>"));
+        "<item>&nbsp;</item>", "<1/>", "<!-- never closed", "<!-- -- -->", "<!--->", "<!-- \xff -->",
+        "<![CDATA[ never closed", "<!ELEMENT a ANY>", "<!DOCTYPE late>", "\x01", "</channel></rss><again>"));
 
 TEST(GoodreadsXMLParser, AFeedCutAnywhereGivesTheItemsThatWereWhole)
 {
@@ -349,8 +349,8 @@ TEST(GoodreadsXMLParser, AttributesEndTheParseBeyondTheirBound)
         }
         return text + "/>";
     };
-    EXPECT_THAT(ids(parsed(feed(item("1") + tag(64) + item("2")))), ElementsAre("1", "2"));
-    EXPECT_THAT(ids(parsed(feed(item("1") + tag(65) + item("2")))), ElementsAre("1"));
+    EXPECT_THAT(ids(parsed(feed(item("1") + tag(32) + item("2")))), ElementsAre("1", "2"));
+    EXPECT_THAT(ids(parsed(feed(item("1") + tag(33) + item("2")))), ElementsAre("1"));
     EXPECT_THAT(ids(parsed(feed(item("1") + "<" + QByteArray(5000, 'a') + ":b/>" + item("2")))), ElementsAre("1"));
 }
 
