@@ -17,15 +17,15 @@ T.Button {
     property color edge: Theme.hairline
     property color foreground: Theme.ink
 
-    implicitWidth: words.implicitWidth + leftPadding + rightPadding
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: button.small ? 24 : 28
     leftPadding: 12
     rightPadding: 12
     opacity: button.enabled ? 1 : 0.45
     hoverEnabled: true
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     background: Rectangle {
         radius: 7
@@ -39,7 +39,7 @@ T.Button {
         }
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitWidth: words.implicitWidth
 
         Row {

@@ -8,12 +8,12 @@ import Quire
 T.AbstractButton {
     id: link
 
-    implicitWidth: words.implicitWidth
-    implicitHeight: words.implicitHeight + 4
+    implicitWidth: implicitContentWidth
+    implicitHeight: implicitContentHeight + 4
     hoverEnabled: true
 
-    Keys.onReturnPressed: link.click()
-    Keys.onEnterPressed: link.click()
+    Keys.onReturnPressed: link.clicked()
+    Keys.onEnterPressed: link.clicked()
 
     Accessible.role: Accessible.Link
     Accessible.name: link.text
@@ -27,8 +27,6 @@ T.AbstractButton {
         }
     }
     contentItem: Row {
-        id: words
-
         spacing: 5
 
         QuireText {

@@ -84,8 +84,6 @@ T.ComboBox {
     }
 
     popup: T.Popup {
-        id: list
-
         y: choice.height + 4
         width: Math.max(choice.width, 136)
         x: choice.width - width

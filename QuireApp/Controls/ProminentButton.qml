@@ -1,5 +1,7 @@
 // The button that carries the page's one chief action.
 
+import QtQuick
+
 import Quire
 
 BorderedButton {

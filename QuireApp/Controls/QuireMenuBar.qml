@@ -16,7 +16,7 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: item
 
-        implicitWidth: title.implicitWidth + 20
+        implicitWidth: implicitContentWidth + 20
         implicitHeight: 24
 
         background: Rectangle {
@@ -31,8 +31,6 @@ T.MenuBar {
             }
         }
         contentItem: QuireText {
-            id: title
-
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
             text: item.text

@@ -23,7 +23,7 @@ T.MenuItem {
         color: entry.highlighted && entry.enabled ? Theme.menuHover : "transparent"
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         QuireText {
             id: title
 

@@ -83,7 +83,7 @@ FocusScope {
                 required property string word
                 required property string title
 
-                implicitWidth: words.implicitWidth + 28
+                implicitWidth: implicitContentWidth + 28
                 implicitHeight: choice.height - 6
                 text: piece.title
                 checkable: false
@@ -91,7 +91,7 @@ FocusScope {
                 focusPolicy: Qt.StrongFocus
                 onClicked: choice.chosen(piece.word)
 
-                Keys.onReturnPressed: piece.click()
+                Keys.onReturnPressed: piece.clicked()
                 Keys.onLeftPressed: choice.chooseNeighbour(-1)
                 Keys.onRightPressed: choice.chooseNeighbour(1)
 
@@ -106,8 +106,6 @@ FocusScope {
                     }
                 }
                 contentItem: QuireText {
-                    id: words
-
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     text: piece.title

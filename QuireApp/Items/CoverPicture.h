@@ -16,7 +16,7 @@
 
 namespace quire {
 
-class CoverPicture : public PictureItem
+class CoverPicture : public quire::PictureItem // qualified, or the type registration does not find it
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(CoverPicture)

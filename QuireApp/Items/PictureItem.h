@@ -10,12 +10,14 @@
 #include <QImage>
 #include <QQuickItem>
 #include <QRectF>
+#include <QtQml/qqmlregistration.h>
 
 namespace quire {
 
 class PictureItem : public QQuickItem
 {
     Q_OBJECT
+    QML_ANONYMOUS
 
 protected:
     explicit PictureItem(QQuickItem *parent = nullptr);

@@ -11,7 +11,7 @@
 
 namespace quire {
 
-class ProgressRingPicture : public PictureItem
+class ProgressRingPicture : public quire::PictureItem // qualified, or the type registration does not find it
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(ProgressRingPicture)

@@ -14,7 +14,7 @@
 
 namespace quire {
 
-class SymbolPicture : public PictureItem
+class SymbolPicture : public quire::PictureItem // qualified, or the type registration does not find it
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(SymbolPicture)

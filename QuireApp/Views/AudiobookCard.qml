@@ -1,5 +1,7 @@
 // Square art gets no spine.
 
+import QtQuick
+
 import Quire
 
 LibraryCard {

@@ -1,3 +1,5 @@
+import QtQuick
+
 import Quire
 
 LibraryCard {

@@ -19,8 +19,8 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Keys.onReturnPressed: card.click()
-    Keys.onEnterPressed: card.click()
+    Keys.onReturnPressed: card.clicked()
+    Keys.onEnterPressed: card.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: card.accessibleName
@@ -36,7 +36,7 @@ T.AbstractButton {
         }
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         PanelShadow {
             x: image.paintedRect.x
             y: image.paintedRect.y

@@ -8,6 +8,8 @@ import Quire
 T.AbstractButton {
     id: card
 
+    required property int index
+    required property double rowId
     required property string title
     required property coverSource cover
     required property string accessibleName
@@ -17,10 +19,11 @@ T.AbstractButton {
     implicitHeight: 218
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
+    z: card.hovered || card.visualFocus ? 1 : 0
     scale: card.hovered ? 1.025 : 1
 
-    Keys.onReturnPressed: card.click()
-    Keys.onEnterPressed: card.click()
+    Keys.onReturnPressed: card.clicked()
+    Keys.onEnterPressed: card.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: card.accessibleName
@@ -32,7 +35,7 @@ T.AbstractButton {
         }
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         PanelShadow {
             x: image.paintedRect.x
             y: image.paintedRect.y

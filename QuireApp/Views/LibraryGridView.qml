@@ -4,6 +4,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 
 import Quire
 
@@ -21,12 +22,23 @@ FocusScope {
     signal bookPageChanged
 
     function showTop() {
-        grid.positionViewAtBeginning();
+        grid.contentY = -grid.topMargin;
     }
 
     // The page in words: a new one is looked at from its top, whoever turned it.
     readonly property string page: view.library.pageDescription
     onPageChanged: view.bookPageChanged()
+
+    // Heading and pages scroll with the grid, in its margins; beside it and not
+    // in it, so that Tab goes through them in the order of the eye.
+    LibraryControlsView {
+        id: controls
+
+        x: view.sidePadding
+        y: 16 - (grid.contentY + grid.topMargin)
+        width: view.width - 2 * view.sidePadding
+        library: view.library
+    }
 
     GridView {
         id: grid
@@ -34,7 +46,10 @@ FocusScope {
         anchors.fill: parent
         // Columns are as many as fit between the paddings; the rest of the last
         // cell is spacing that nothing follows.
-        anchors.rightMargin: view.sidePadding - (grid.cellWidth - view.cardWidth - view.sidePadding)
+        anchors.rightMargin: 2 * view.sidePadding - view.columnSpacing
+        leftMargin: view.sidePadding
+        topMargin: 16 + controls.implicitHeight + 16 + 10
+        bottomMargin: paging.implicitHeight
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing
         cacheBuffer: 2 * cellHeight
@@ -46,38 +61,22 @@ FocusScope {
         delegate: view.library.showsBooks ? bookDelegate : audiobookDelegate
         onCountChanged: if (grid.count > 0 && grid.currentIndex < 0) grid.currentIndex = 0
 
-        QuireScrollBar {
-            id: scrollBar
-
+        T.ScrollBar.vertical: QuireScrollBar {
             parent: view
             anchors.right: parent.right
             anchors.top: parent.top
             anchors.bottom: parent.bottom
-            orientation: Qt.Vertical
-            size: grid.visibleArea.heightRatio
-            position: grid.visibleArea.yPosition
-            active: grid.moving || scrollBar.hovered || scrollBar.pressed
-            onPositionChanged: if (scrollBar.pressed) grid.contentY = scrollBar.position * grid.contentHeight + grid.originY
         }
+    }
 
-        header: Item {
-            width: view.width
-            height: controls.implicitHeight + 42
+    LibraryPagingRow {
+        id: paging
 
-            LibraryControlsView {
-                id: controls
-
-                x: view.sidePadding
-                y: 16
-                width: parent.width - 2 * view.sidePadding
-                library: view.library
-            }
-        }
-
-        footer: LibraryPagingRow {
-            width: view.width
-            library: view.library
-        }
+        x: view.sidePadding
+        y: grid.contentHeight - grid.contentY
+        width: view.width - 2 * view.sidePadding
+        visible: grid.count > 0
+        library: view.library
     }
 
     // A card takes the arrow keys; Tab goes on to what comes after the grid.
@@ -88,7 +87,11 @@ FocusScope {
         grid.currentIndex = row;
         grid.positionViewAtIndex(row, GridView.Contain);
         if (grid.currentItem)
-            grid.currentItem.focusCard();
+            grid.currentItem.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function makeCurrent(index: int) {
+        grid.currentIndex = index;
     }
 
     function handleKey(event: var, index: int) {
@@ -115,74 +118,26 @@ FocusScope {
     Component {
         id: bookDelegate
 
-        Item {
-            id: bookCell
+        BookCard {
+            id: bookCard
 
-            required property int index
-            required property double rowId
-            required property string title
-            required property coverSource cover
-            required property string accessibleName
-
-            function focusCard() {
-                bookCard.forceActiveFocus(Qt.TabFocusReason);
-            }
-
-            width: grid.cellWidth
-            height: grid.cellHeight
-
-            BookCard {
-                id: bookCard
-
-                x: view.sidePadding
-                width: view.cardWidth
-                height: view.cardHeight
-                title: bookCell.title
-                cover: bookCell.cover
-                accessibleName: bookCell.accessibleName
-                onClicked: {
-                    grid.currentIndex = bookCell.index;
-                    view.library.openBook(bookCell.rowId);
-                }
-                Keys.onPressed: event => view.handleKey(event, bookCell.index)
-            }
+            activeFocusOnTab: GridView.isCurrentItem
+            onActiveFocusChanged: if (bookCard.activeFocus) view.makeCurrent(bookCard.index)
+            onClicked: view.library.openBook(bookCard.rowId)
+            Keys.onPressed: event => view.handleKey(event, bookCard.index)
         }
     }
 
     Component {
         id: audiobookDelegate
 
-        Item {
-            id: audioCell
+        AudiobookCard {
+            id: audiobookCard
 
-            required property int index
-            required property double rowId
-            required property string title
-            required property coverSource cover
-            required property string accessibleName
-
-            function focusCard() {
-                audioCard.forceActiveFocus(Qt.TabFocusReason);
-            }
-
-            width: grid.cellWidth
-            height: grid.cellHeight
-
-            AudiobookCard {
-                id: audioCard
-
-                x: view.sidePadding
-                width: view.cardWidth
-                height: view.cardHeight
-                title: audioCell.title
-                cover: audioCell.cover
-                accessibleName: audioCell.accessibleName
-                onClicked: {
-                    grid.currentIndex = audioCell.index;
-                    view.library.openAudiobook(audioCell.rowId);
-                }
-                Keys.onPressed: event => view.handleKey(event, audioCell.index)
-            }
+            activeFocusOnTab: GridView.isCurrentItem
+            onActiveFocusChanged: if (audiobookCard.activeFocus) view.makeCurrent(audiobookCard.index)
+            onClicked: view.library.openAudiobook(audiobookCard.rowId)
+            Keys.onPressed: event => view.handleKey(event, audiobookCard.index)
         }
     }
 }

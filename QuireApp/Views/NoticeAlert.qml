@@ -53,7 +53,7 @@ T.Popup {
         }
     }
 
-    contentItem: FocusScope {
+    contentItem: FocusScope { // qmllint disable deferred-property-id
         implicitHeight: words.implicitHeight
         focus: true
 

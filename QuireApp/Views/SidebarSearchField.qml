@@ -93,7 +93,7 @@ FocusScope {
             field.forceActiveFocus();
         }
 
-        Keys.onReturnPressed: clear.click()
+        Keys.onReturnPressed: clear.clicked()
 
         Accessible.role: Accessible.Button
         Accessible.name: "Clear search"

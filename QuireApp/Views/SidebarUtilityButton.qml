@@ -17,8 +17,8 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: button.title
