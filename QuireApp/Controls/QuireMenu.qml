@@ -8,7 +8,7 @@ import Quire
 T.Menu {
     id: menu
 
-    implicitWidth: Math.max(180, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(136, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 5
     margins: 6

@@ -17,7 +17,9 @@ FocusScope {
     signal chosen(string word)
 
     readonly property int selectedRow: choice.choices.rowOf(choice.selectedWord)
-    readonly property Item selectedPiece: choice.selectedRow < 0 ? null : pieces.itemAt(choice.selectedRow)
+    // Asks for the count, which tells when the pieces are there.
+    readonly property Item selectedPiece: choice.selectedRow < 0 || pieces.count === 0 ? null
+        : pieces.itemAt(choice.selectedRow)
 
     function chooseNeighbour(step: int) {
         const row = Math.max(0, Math.min(choice.choices.count - 1, choice.selectedRow + step));

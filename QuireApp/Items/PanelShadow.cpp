@@ -52,7 +52,7 @@ int shadowMargin(int radius, int blur)
     return 2 * blur + radius;
 }
 
-QImage shadowPicture(int radius, int blur, qreal strength)
+QImage shadowPicture(int radius, int blur, int offset, qreal strength)
 {
     const int side = 2 * shadowMargin(radius, blur) + 1;
     QImage alpha(side, side, QImage::Format_Alpha8);
@@ -72,6 +72,14 @@ QImage shadowPicture(int radius, int blur, qreal strength)
             line[x] = qRgba(0, 0, 0, int(std::lround(alpha.constScanLine(y)[x] * strength)));
         }
     }
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    const QRectF panel(blur, blur - offset, side - 2 * blur, side - 2 * blur);
+    painter.drawRoundedRect(panel.adjusted(1, 1, -1, -1), radius, radius); // no seam at the panel's smooth edge
+    painter.end();
     return picture;
 }
 
@@ -95,12 +103,13 @@ QSGNode *PanelShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
     const qreal ratio = window()->effectiveDevicePixelRatio();
     const int radius = int(std::lround(m_radius * ratio));
     const int blur = int(std::lround(m_blur * ratio));
+    const int offset = int(std::lround(m_offset * ratio));
     if (!patch) {
         patch = window()->createNinePatchNode();
         m_textureStale = true;
     }
     if (m_textureStale) {
-        patch->setTexture(window()->createTextureFromImage(shadowPicture(radius, blur, m_strength)));
+        patch->setTexture(window()->createTextureFromImage(shadowPicture(radius, blur, offset, m_strength)));
         m_textureStale = false;
     }
     const qreal margin = shadowMargin(radius, blur);

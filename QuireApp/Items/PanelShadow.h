@@ -42,9 +42,10 @@ private:
 };
 
 // The picture behind it, in physical pixels: a rounded rectangle of `radius`
-// blurred by `blur`, with `margin` pixels on each side before its stretchable
-// middle. Exposed for tests.
-QImage shadowPicture(int radius, int blur, qreal strength);
+// blurred by `blur`, for a panel that stands `offset` above it. What the panel
+// covers is left out, so that nothing dark shows through one with holes.
+// shadowMargin: the pixels on each side before the stretchable middle.
+QImage shadowPicture(int radius, int blur, int offset, qreal strength);
 int shadowMargin(int radius, int blur);
 
 } // namespace quire

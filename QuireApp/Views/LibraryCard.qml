@@ -22,6 +22,9 @@ T.AbstractButton {
     z: card.hovered || card.visualFocus ? 1 : 0
     scale: card.hovered ? 1.025 : 1
 
+    // The grid hands the focus from card to card without a reason; it was a key.
+    onActiveFocusChanged: if (card.activeFocus && card.focusReason === Qt.OtherFocusReason) card.focusReason = Qt.TabFocusReason
+
     Keys.onReturnPressed: card.clicked()
     Keys.onEnterPressed: card.clicked()
 

@@ -19,6 +19,8 @@ FocusScope {
     readonly property int cardWidth: 142
     readonly property int cardHeight: 218
 
+    readonly property int columns: Math.max(1, Math.floor((grid.width - grid.leftMargin) / grid.cellWidth))
+
     signal bookPageChanged
 
     function showTop() {
@@ -36,6 +38,7 @@ FocusScope {
 
         x: view.sidePadding
         y: 16 - (grid.contentY + grid.topMargin)
+        z: 1 // the grid's margin lies over it
         width: view.width - 2 * view.sidePadding
         library: view.library
     }
@@ -46,7 +49,7 @@ FocusScope {
         anchors.fill: parent
         // Columns are as many as fit between the paddings; the rest of the last
         // cell is spacing that nothing follows.
-        anchors.rightMargin: 2 * view.sidePadding - view.columnSpacing
+        anchors.rightMargin: view.sidePadding - view.columnSpacing // past the edge by what follows no column
         leftMargin: view.sidePadding
         topMargin: 16 + controls.implicitHeight + 16 + 10
         bottomMargin: paging.implicitHeight
@@ -77,6 +80,7 @@ FocusScope {
         width: view.width - 2 * view.sidePadding
         visible: grid.count > 0
         library: view.library
+        onFocusEntered: grid.contentY = grid.contentHeight + grid.bottomMargin - grid.height
     }
 
     // A card takes the arrow keys; Tab goes on to what comes after the grid.
@@ -84,18 +88,20 @@ FocusScope {
         const row = from + step;
         if (row < 0 || row >= grid.count)
             return;
-        grid.currentIndex = row;
-        grid.positionViewAtIndex(row, GridView.Contain);
+        view.makeCurrent(row);
         if (grid.currentItem)
             grid.currentItem.forceActiveFocus(Qt.TabFocusReason);
     }
 
     function makeCurrent(index: int) {
         grid.currentIndex = index;
+        if (index < view.columns)
+            view.showTop(); // with the heading
+        else
+            grid.positionViewAtIndex(index, GridView.Contain);
     }
 
     function handleKey(event: var, index: int) {
-        const columns = Math.max(1, Math.floor(grid.width / grid.cellWidth));
         switch (event.key) {
         case Qt.Key_Left:
             view.moveFocus(-1, index);
@@ -104,10 +110,10 @@ FocusScope {
             view.moveFocus(1, index);
             break;
         case Qt.Key_Up:
-            view.moveFocus(-columns, index);
+            view.moveFocus(-view.columns, index);
             break;
         case Qt.Key_Down:
-            view.moveFocus(columns, index);
+            view.moveFocus(view.columns, index);
             break;
         default:
             return;
@@ -121,8 +127,8 @@ FocusScope {
         BookCard {
             id: bookCard
 
-            activeFocusOnTab: GridView.isCurrentItem
-            onActiveFocusChanged: if (bookCard.activeFocus) view.makeCurrent(bookCard.index)
+            activeFocusOnTab: GridView.isCurrentItem || activeFocus
+            onVisualFocusChanged: if (bookCard.visualFocus) view.makeCurrent(bookCard.index)
             onClicked: view.library.openBook(bookCard.rowId)
             Keys.onPressed: event => view.handleKey(event, bookCard.index)
         }
@@ -134,8 +140,8 @@ FocusScope {
         AudiobookCard {
             id: audiobookCard
 
-            activeFocusOnTab: GridView.isCurrentItem
-            onActiveFocusChanged: if (audiobookCard.activeFocus) view.makeCurrent(audiobookCard.index)
+            activeFocusOnTab: GridView.isCurrentItem || activeFocus
+            onVisualFocusChanged: if (audiobookCard.visualFocus) view.makeCurrent(audiobookCard.index)
             onClicked: view.library.openAudiobook(audiobookCard.rowId)
             Keys.onPressed: event => view.handleKey(event, audiobookCard.index)
         }

@@ -10,6 +10,9 @@ Item {
 
     required property LibraryViewModel library
 
+    // The keyboard has come to the row, which may be out of sight.
+    signal focusEntered
+
     implicitHeight: paging.library.showsPaging ? 28 + 18 + 24 : 24
 
     Row {
@@ -23,6 +26,7 @@ Item {
             text: "Previous"
             enabled: paging.library.hasPreviousPage
             onClicked: paging.library.showPreviousPage()
+            onVisualFocusChanged: if (visualFocus) paging.focusEntered()
         }
         QuireText {
             anchors.verticalCenter: parent.verticalCenter
@@ -33,6 +37,7 @@ Item {
             text: "Next"
             enabled: paging.library.hasNextPage
             onClicked: paging.library.showNextPage()
+            onVisualFocusChanged: if (visualFocus) paging.focusEntered()
         }
     }
 }
