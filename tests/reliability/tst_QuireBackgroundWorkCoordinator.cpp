@@ -1,0 +1,316 @@
+#include "reliability/QuireBackgroundWorkCoordinator.h"
+
+#include "testing/Await.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+namespace quire {
+
+namespace {
+
+using testing::await;
+using Job = QuireBackgroundJob;
+using Priority = QuireJobPriority;
+
+// Ids in a given order, one for each request that has to wait.
+std::function<QUuid()> idsInOrder(QStringList ids)
+{
+    return [ids = std::move(ids)]() mutable { return QUuid::fromString(ids.takeFirst()); };
+}
+
+const QString lowId = QStringLiteral("{1fffffff-0000-4000-8000-000000000000}");
+const QString middleId = QStringLiteral("{9fffffff-0000-4000-8000-000000000000}");
+const QString highId = QStringLiteral("{a0000000-0000-4000-8000-000000000000}");
+
+TEST(QuireBackgroundJob, HasItsWordsInTheirOrder)
+{
+    QStringList words;
+    for (const Job job : allBackgroundJobs) {
+        words.append(rawValue(job));
+    }
+    EXPECT_EQ(words,
+        (QStringList{QStringLiteral("goodreadsSync"), QStringLiteral("audibleSync"), QStringLiteral("publishing"),
+            QStringLiteral("backup"), QStringLiteral("artwork"), QStringLiteral("maintenance")}));
+    EXPECT_EQ(int(Priority::Automatic), 0);
+    EXPECT_EQ(int(Priority::Manual), 1);
+}
+
+class QuireBackgroundWorkCoordinatorTest : public ::testing::Test
+{
+protected:
+    QFuture<bool> acquire(Job job, Priority priority = Priority::Automatic)
+    {
+        return m_coordinator->acquire(job, priority);
+    }
+    void finish(Job job) { await(m_coordinator->finish(job)); }
+
+    // Everything asked so far has been looked at once this returns.
+    void settle() { finish(Job::Maintenance); }
+
+    bool waits(const QFuture<bool> &request)
+    {
+        settle();
+        return !request.isFinished();
+    }
+
+    void useIds(const QStringList &ids)
+    {
+        m_coordinator = std::make_unique<QuireBackgroundWorkCoordinator>(idsInOrder(ids));
+    }
+
+    std::unique_ptr<QuireBackgroundWorkCoordinator> m_coordinator = std::make_unique<QuireBackgroundWorkCoordinator>();
+};
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, AnEmptySlotIsTakenAtOnce)
+{
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, TheRunningKindIsTurnedAwayAndAnotherWaits)
+{
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    EXPECT_FALSE(await(acquire(Job::GoodreadsSync, Priority::Manual)));
+    const auto audible = acquire(Job::AudibleSync);
+    EXPECT_TRUE(waits(audible));
+    finish(Job::GoodreadsSync);
+    EXPECT_TRUE(await(audible));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, AWaitingKindIsTurnedAwayAndKeepsItsFirstPriority)
+{
+    useIds({lowId, highId});
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    const auto backup = acquire(Job::Backup, Priority::Automatic);
+    EXPECT_FALSE(await(acquire(Job::Backup, Priority::Manual)));
+    const auto publishing = acquire(Job::Publishing, Priority::Manual);
+    EXPECT_TRUE(waits(publishing));
+    finish(Job::GoodreadsSync);
+    EXPECT_TRUE(await(publishing)) << "the later manual request did not raise the automatic one";
+    EXPECT_TRUE(waits(backup));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, ManualGoesBeforeAutomaticWhateverTheOrderOfArrival)
+{
+    for (const bool manualFirst : {false, true}) {
+        // the ids alone would say the contrary
+        useIds(manualFirst ? QStringList{highId, lowId} : QStringList{lowId, highId});
+        EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+        QFuture<bool> backup;
+        QFuture<bool> publishing;
+        if (manualFirst) {
+            publishing = acquire(Job::Publishing, Priority::Manual);
+            backup = acquire(Job::Backup);
+        } else {
+            backup = acquire(Job::Backup);
+            publishing = acquire(Job::Publishing, Priority::Manual);
+        }
+        finish(Job::GoodreadsSync);
+        EXPECT_TRUE(await(publishing));
+        EXPECT_TRUE(waits(backup));
+        finish(Job::Publishing);
+        EXPECT_TRUE(await(backup));
+    }
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, RequestsOfOnePriorityGoInTheOrderOfTheirIds)
+{
+    useIds({highId, lowId, middleId});
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    const auto high = acquire(Job::Backup);
+    const auto low = acquire(Job::Artwork);
+    const auto middle = acquire(Job::Publishing);
+    finish(Job::GoodreadsSync);
+    EXPECT_TRUE(await(low));
+    EXPECT_TRUE(waits(middle));
+    finish(Job::Artwork);
+    EXPECT_TRUE(await(middle));
+    EXPECT_TRUE(waits(high));
+    finish(Job::Publishing);
+    EXPECT_TRUE(await(high));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, FinishingAKindThatIsNotActiveChangesNothing)
+{
+    finish(Job::Backup); // of an empty slot
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    const auto backup = acquire(Job::Backup);
+    finish(Job::Backup); // of one that waits
+    finish(Job::Artwork);
+    EXPECT_TRUE(waits(backup));
+    EXPECT_FALSE(await(acquire(Job::GoodreadsSync))) << "still running";
+    finish(Job::GoodreadsSync);
+    EXPECT_TRUE(await(backup));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, TheSlotPassesOnAndIsNeverEmptyWhileJobsWait)
+{
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    const auto backup = acquire(Job::Backup);
+    finish(Job::GoodreadsSync);
+    const auto again = acquire(Job::GoodreadsSync, Priority::Manual);
+    EXPECT_TRUE(await(backup));
+    EXPECT_TRUE(waits(again)) << "a manual request does not find the slot empty in between";
+    finish(Job::Backup);
+    EXPECT_TRUE(await(again));
+}
+
+TEST_F(QuireBackgroundWorkCoordinatorTest, ItsEndAnswersEveryRequest)
+{
+    EXPECT_TRUE(await(acquire(Job::GoodreadsSync)));
+    const auto backup = acquire(Job::Backup);
+    const auto artwork = acquire(Job::Artwork);
+    m_coordinator.reset();
+    ASSERT_TRUE(backup.isFinished());
+    ASSERT_TRUE(artwork.isFinished());
+    EXPECT_FALSE(backup.result());
+    EXPECT_FALSE(artwork.result());
+}
+
+// The slot told a second time, as plainly as it can be.
+class Model
+{
+public:
+    struct Waiting
+    {
+        int priority;
+        QString id;
+        Job job;
+        std::size_t request;
+    };
+
+    // What becomes of a request at once: true, false, or nothing while it waits.
+    std::optional<bool> acquire(Job job, Priority priority, const QString &id, std::size_t request)
+    {
+        if (!active) {
+            active = job;
+            return true;
+        }
+        const auto same = [job](const Waiting &w) { return w.job == job; };
+        if (active == job || std::any_of(waiting.begin(), waiting.end(), same)) {
+            return false;
+        }
+        waiting.push_back({int(priority), id, job, request});
+        return std::nullopt;
+    }
+
+    bool wouldWait(Job job) const
+    {
+        return active && active != job
+            && std::none_of(waiting.begin(), waiting.end(), [job](const Waiting &w) { return w.job == job; });
+    }
+
+    // The request that gets the slot, if one does.
+    std::optional<std::size_t> finish(Job job)
+    {
+        if (active != job) {
+            return std::nullopt;
+        }
+        active.reset();
+        if (waiting.empty()) {
+            return std::nullopt;
+        }
+        const auto next = std::min_element(waiting.begin(), waiting.end(), [](const Waiting &a, const Waiting &b) {
+            return a.priority != b.priority ? a.priority > b.priority : a.id < b.id;
+        });
+        active = next->job;
+        const std::size_t request = next->request;
+        waiting.erase(next);
+        return request;
+    }
+
+    std::optional<Job> active;
+    std::vector<Waiting> waiting;
+};
+
+TEST(QuireBackgroundWorkCoordinatorModel, TenThousandRandomStepsAgreeWithAPlainModel)
+{
+    const auto seed = std::random_device()();
+    std::cout << "seed " << seed << std::endl;
+    std::mt19937 random(seed);
+    const auto below = [&random](std::size_t bound) { return random() % bound; };
+
+    QStringList ids; // handed out in this order; grown before the request that needs one
+    std::mutex mutex;
+    qsizetype used = 0;
+    QuireBackgroundWorkCoordinator coordinator([&] {
+        const std::lock_guard lock(mutex);
+        return QUuid::fromString(ids.at(used++));
+    });
+
+    Model model;
+    std::vector<QFuture<bool>> requests;
+    std::vector<std::optional<bool>> expected;
+    for (int step = 0; step < 10'000; ++step) {
+        SCOPED_TRACE(step);
+        const Job job = allBackgroundJobs[below(allBackgroundJobs.size())];
+        std::optional<std::size_t> touched;
+        if (below(2) == 0) {
+            const auto priority = below(2) == 0 ? Priority::Automatic : Priority::Manual;
+            const QUuid id = QUuid::createUuid();
+            if (model.wouldWait(job)) {
+                const std::lock_guard lock(mutex);
+                ids.append(id.toString());
+            }
+            touched = requests.size();
+            expected.push_back(
+                model.acquire(job, priority, id.toString(QUuid::WithoutBraces).toUpper(), requests.size()));
+            requests.push_back(coordinator.acquire(job, priority));
+        } else {
+            // mostly the active one, so that the slot moves
+            const Job ended = model.active && below(3) != 0 ? *model.active : job;
+            touched = model.finish(ended);
+            if (touched) {
+                expected[*touched] = true;
+            }
+            coordinator.finish(ended);
+        }
+        // Looks at the outcome once the step has been carried out.
+        await(coordinator.finish(model.active == Job::Maintenance ? Job::Artwork : Job::Maintenance));
+        if (touched) {
+            ASSERT_EQ(requests[*touched].isFinished(), expected[*touched].has_value());
+            if (expected[*touched]) {
+                ASSERT_EQ(requests[*touched].result(), *expected[*touched]);
+            }
+        }
+        for (const Model::Waiting &waiting : model.waiting) {
+            ASSERT_FALSE(requests[waiting.request].isFinished());
+        }
+    }
+    EXPECT_GT(used, 100) << "requests did wait";
+}
+
+TEST(QuireBackgroundWorkCoordinatorThreads, OnlyOneHolderAtATimeWithRequestsFromManyThreads)
+{
+    QuireBackgroundWorkCoordinator coordinator;
+    std::atomic<int> holders = 0;
+    std::atomic<int> most = 0;
+    std::atomic<int> runs = 0;
+    std::vector<std::thread> threads;
+    for (const Job job : allBackgroundJobs) {
+        threads.emplace_back([&, job] {
+            for (int i = 0; i < 100; ++i) {
+                auto request = coordinator.acquire(job, i % 2 == 0 ? Priority::Automatic : Priority::Manual);
+                request.waitForFinished();
+                if (request.result()) {
+                    most = std::max(most.load(), ++holders);
+                    ++runs;
+                    --holders;
+                    coordinator.finish(job).waitForFinished();
+                }
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(most, 1);
+    EXPECT_EQ(runs, 600) << "each thread asks for a kind of its own, so none is turned away";
+}
+
+} // namespace
+
+} // namespace quire
