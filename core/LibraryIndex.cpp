@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
+#include <iterator>
 #include <tuple>
 
 namespace quire {
@@ -93,13 +93,19 @@ std::shared_ptr<const LibraryIndex> LibraryIndex::of(
     const QList<Record> &records, const QList<Record> &recordsBefore, const std::shared_ptr<const LibraryIndex> &before)
 {
     const auto index = std::make_shared<LibraryIndex>();
-    index->addTitles(records, recordsBefore, before.get());
-    index->sortRows(records);
+    const auto rowsBefore = index->addTitles(records, recordsBefore, before.get());
+    auto byTitle = index->sortedByTitle(rowsBefore, before.get());
+    const auto ranks = index->titleRanks(byTitle);
+    index->m_orders[std::size_t(LibrarySort::Title)] = std::move(byTitle);
+    index->m_orders[std::size_t(LibrarySort::Recent)]
+        = rowsByKey<Instant>(ranks, [&index](std::size_t row) { return index->m_recency[row]; });
+    index->m_orders[std::size_t(LibrarySort::Rating)] = rowsByKey<double>(
+        ranks, [&records](std::size_t row) { return TitleFacets::rating(records[qsizetype(row)]); });
     return index;
 }
 
 template<typename Record>
-void LibraryIndex::addTitles(
+std::vector<int> LibraryIndex::addTitles(
     const QList<Record> &records, const QList<Record> &recordsBefore, const LibraryIndex *before)
 {
     const auto count = std::size_t(records.size());
@@ -107,6 +113,8 @@ void LibraryIndex::addTitles(
     m_titleKeys.reserve(count);
     m_recency.reserve(count);
     m_shelves.reserve(count);
+    std::vector<int> keysFrom;
+    keysFrom.reserve(count);
     if (before) {
         m_text.reserve(before->m_text.size());
     }
@@ -127,8 +135,10 @@ void LibraryIndex::addTitles(
 
         if (recordBefore && record.title == recordBefore->title) {
             m_titleKeys.push_back(before->m_titleKeys[std::size_t(rowBefore)]);
+            keysFrom.push_back(int(rowBefore));
         } else {
             m_titleKeys.push_back(collator.sortKey(record.title));
+            keysFrom.push_back(-1);
         }
 
         if (recordBefore && TitleFacets::haveSameDates(record, *recordBefore)) {
@@ -139,32 +149,58 @@ void LibraryIndex::addTitles(
 
         m_shelves.push_back(TitleFacets::shelves(record));
     }
+    return keysFrom;
 }
 
-template<typename Record>
-void LibraryIndex::sortRows(const QList<Record> &records)
+// Titles that kept their key are nearly sorted already, as they were before;
+// only fresh ones are sorted anew and merged in.
+QList<int> LibraryIndex::sortedByTitle(const std::vector<int> &rowsBefore, const LibraryIndex *before) const
 {
-    const auto isBefore = [this](int a, int b) { return m_titleKeys[std::size_t(a)] < m_titleKeys[std::size_t(b)]; };
-    QList<int> byTitle(records.size());
-    std::iota(byTitle.begin(), byTitle.end(), 0);
-    std::stable_sort(byTitle.begin(), byTitle.end(), isBefore);
+    const auto isBefore = [this](int a, int b) {
+        const int order = m_titleKeys[std::size_t(a)].compare(m_titleKeys[std::size_t(b)]);
+        return order < 0 || (order == 0 && a < b); // equal titles stand as in the list
+    };
+    std::vector<int> fresh;
+    std::vector<int> rowsNow(before ? std::size_t(before->size()) : 0, -1);
+    for (std::size_t row = 0; row < rowsBefore.size(); ++row) {
+        if (rowsBefore[row] < 0) {
+            fresh.push_back(int(row));
+        } else {
+            rowsNow[std::size_t(rowsBefore[row])] = int(row);
+        }
+    }
+    std::vector<int> kept;
+    if (before) {
+        for (const int rowBefore : before->order(LibrarySort::Title)) {
+            if (const int row = rowsNow[std::size_t(rowBefore)]; row >= 0) {
+                kept.push_back(row);
+            }
+        }
+    }
+    if (!std::is_sorted(kept.begin(), kept.end(), isBefore)) {
+        std::sort(kept.begin(), kept.end(), isBefore); // equal titles changed places in the list
+    }
+    std::sort(fresh.begin(), fresh.end(), isBefore);
 
-    // Equal titles share a rank, so that ties of the other sorts are settled by
-    // one whole number and fall to the order of the list.
-    std::vector<int> titleRanks(std::size_t(records.size()));
+    QList<int> rows;
+    rows.reserve(qsizetype(rowsBefore.size()));
+    std::merge(kept.begin(), kept.end(), fresh.begin(), fresh.end(), std::back_inserter(rows), isBefore);
+    return rows;
+}
+
+// Equal titles share a rank, so that ties of the other sorts are settled by one
+// whole number and fall to the order of the list.
+std::vector<int> LibraryIndex::titleRanks(const QList<int> &byTitle) const
+{
+    std::vector<int> ranks(std::size_t(byTitle.size()));
     int rank = 0;
     for (qsizetype at = 0; at < byTitle.size(); ++at) {
-        if (at > 0 && isBefore(byTitle[at - 1], byTitle[at])) {
+        if (at > 0 && m_titleKeys[std::size_t(byTitle[at - 1])] < m_titleKeys[std::size_t(byTitle[at])]) {
             ++rank;
         }
-        titleRanks[std::size_t(byTitle[at])] = rank;
+        ranks[std::size_t(byTitle[at])] = rank;
     }
-
-    m_orders[std::size_t(LibrarySort::Title)] = std::move(byTitle);
-    m_orders[std::size_t(LibrarySort::Recent)]
-        = rowsByKey<Instant>(titleRanks, [this](std::size_t row) { return m_recency[row]; });
-    m_orders[std::size_t(LibrarySort::Rating)] = rowsByKey<double>(
-        titleRanks, [&records](std::size_t row) { return TitleFacets::rating(records[qsizetype(row)]); });
+    return ranks;
 }
 
 QByteArrayView LibraryIndex::text(qsizetype row) const

@@ -52,10 +52,13 @@ public:
     std::vector<bool> rowsContaining(const QString &folded) const;
 
 private:
+    // Fills everything but the orders. The result tells for each row from which
+    // row of `before` its title key came, -1 for a fresh one.
     template<typename Record>
-    void addTitles(const QList<Record> &records, const QList<Record> &recordsBefore, const LibraryIndex *before);
-    template<typename Record>
-    void sortRows(const QList<Record> &records);
+    std::vector<int> addTitles(
+        const QList<Record> &records, const QList<Record> &recordsBefore, const LibraryIndex *before);
+    QList<int> sortedByTitle(const std::vector<int> &rowsBefore, const LibraryIndex *before) const;
+    std::vector<int> titleRanks(const QList<int> &byTitle) const;
 
     QByteArrayView text(qsizetype row) const;
 
