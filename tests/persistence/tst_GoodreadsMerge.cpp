@@ -252,7 +252,8 @@ TEST(GoodreadsMerge, ASilentFeedLeavesNoTrail)
     TestLibrary library;
     import(library, {bareFeedBook(text("100"), text("Bare"))});
     EXPECT_THAT(hashesOf(library, "book", 1, "goodreads").keys(),
-        ::testing::ElementsAre(text("author"), text("goodreads_id"), text("shelf"), text("title"), text("user_rating")));
+        ::testing::ElementsAre(
+            text("author"), text("goodreads_id"), text("shelf"), text("title"), text("user_rating")));
 }
 
 TEST(GoodreadsMerge, AGapThatIsFilledDoesNotCountAsApplied)
