@@ -97,15 +97,16 @@ std::vector<BareRow> bareRows(const QList<GoodreadsFeedBook> &books)
     std::vector<BareRow> rows;
     for (const GoodreadsFeedBook &book : books) {
         BareRow row;
-        for (const QString &text : {book.goodreadsID, book.title, book.author, *book.isbn, book.shelf, *book.summary,
-                 book.goodreadsURL->text(), book.coverURL->text(), book.goodreadsImageURL->text(), *book.readAt,
-                 *book.dateAdded}) {
+        for (const QString &text : {book.goodreadsID, book.title, book.author, book.isbn.value_or(QString()),
+                 book.shelf, book.summary.value_or(QString()), textOf(book.goodreadsURL).value_or(QString()),
+                 textOf(book.coverURL).value_or(QString()), textOf(book.goodreadsImageURL).value_or(QString()),
+                 book.readAt.value_or(QString()), book.dateAdded.value_or(QString())}) {
             row.texts.push_back(text.toUtf8());
         }
         row.userRating = book.userRating;
-        row.averageRating = *book.averageRating;
-        row.pages = *book.numberOfPages;
-        row.year = *book.publishedYear;
+        row.averageRating = book.averageRating.value_or(0);
+        row.pages = book.numberOfPages.value_or(0);
+        row.year = book.publishedYear.value_or(0);
         const auto values = GoodreadsMerge::fieldValues(book);
         for (auto field = values.values().cbegin(); field != values.values().cend(); ++field) {
             row.trail.emplace_back(

@@ -86,7 +86,7 @@ private:
 class SQLiteRow
 {
 public:
-    void set(const QString &column, SQLiteValue value) { m_cells.insert(column, std::move(value)); }
+    void set(const QString &column, const SQLiteValue &value) { m_cells.insert(column, value); }
 
     bool contains(const QString &column) const { return m_cells.contains(column); }
     qsizetype size() const { return m_cells.size(); }
