@@ -85,7 +85,7 @@ void UntrustedXML::takeMarkup(QByteArray &piece)
     } else if (markup.startsWith("<!--")) {
         takeComment(piece);
     } else if (markup.startsWith("<?")) {
-        take(after(markup, "?>"), piece);
+        takeInstruction(piece);
     } else if (markup.startsWith("<!")) {
         skipDocumentType();
     } else {
@@ -106,6 +106,23 @@ void UntrustedXML::takeComment(QByteArray &piece)
         m_text.start += openingSize + dashes + 3;
     } else {
         take(openingSize + after(content, "-->"), piece);
+    }
+}
+
+// So is one without a name of letters, and a declaration that stands too late.
+void UntrustedXML::takeInstruction(QByteArray &piece)
+{
+    const QByteArrayView markup = rest();
+    const qsizetype size = after(markup, "?>");
+    const QByteArrayView instruction = markup.first(size);
+    const char initial = size > 2 ? instruction[2] : '\0';
+    const bool isNamed = (initial >= 'a' && initial <= 'z') || (initial >= 'A' && initial <= 'Z');
+    const bool isDeclaration
+        = instruction.sliced(2).first(std::min<qsizetype>(3, size - 2)).compare("xml", Qt::CaseInsensitive) == 0;
+    if (isNamed && !isDeclaration && instruction.endsWith("?>") && instruction.isValidUtf8()) {
+        m_text.start += size;
+    } else {
+        take(size, piece);
     }
 }
 

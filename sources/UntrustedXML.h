@@ -10,7 +10,8 @@
 //   more than 32 attributes, or with a name too long for the reader, ends the
 //   document. So does a tag, comment or CDATA section of more than 4 MiB.
 //
-// - Comments, which cost the reader more than text, are left out.
+// - Comments and processing instructions, which cost the reader more than text,
+//   are left out.
 //
 // Apart from this it judges nothing: syntax is the reader's.
 //
@@ -42,6 +43,7 @@ private:
     void takeText(QByteArray &piece);
     void takeMarkup(QByteArray &piece);
     void takeComment(QByteArray &piece);
+    void takeInstruction(QByteArray &piece);
     void takeCData(QByteArray &piece);
     void takeTag(QByteArray &piece);
     void skipDocumentType();

@@ -271,8 +271,9 @@ TEST_P(BrokenTail, LeavesWhatWasReadBefore)
 
 INSTANTIATE_TEST_SUITE_P(Errors, BrokenTail,
     ::testing::Values("</item>", "<item", "<a b=c>", "<a b='1' b='2'/>", "a < b", "AT&T", "&eacute;",
-        "<item>&nbsp;</item>", "<1/>", "<!-- never closed", "<!-- -- -->", "<!--->", "<!-- \xff -->",
-        "<![CDATA[ never closed", "<!ELEMENT a ANY>", "<!DOCTYPE late>", "\x01", "</channel></rss><again>"));
+        "<item>&nbsp;</item>", "<1/>", "<!-- never closed", "<!-- -- -->", "<!--->", "<!-- \xff -->", "<?\?>", "<?1?>",
+        "<?xml version='1.0'?>", "<?a \xff?>", "<?a", "<![CDATA[ never closed", "<!ELEMENT a ANY>", "<!DOCTYPE late>",
+        "\x01", "</channel></rss><again>"));
 
 TEST(GoodreadsXMLParser, AFeedCutAnywhereGivesTheItemsThatWereWhole)
 {
