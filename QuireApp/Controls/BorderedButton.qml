@@ -27,6 +27,9 @@ T.Button {
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
 
+    Accessible.role: Accessible.Button
+    Accessible.name: button.text
+
     background: Rectangle {
         radius: 7
         color: button.down ? button.fillPressed : button.hovered ? button.fillHovered : button.fill

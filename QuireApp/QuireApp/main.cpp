@@ -5,6 +5,7 @@
 #include "QuireApp/Theme/InterfaceFonts.h"
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QQuickStyle>
 #include <QQuickWindow>
 
@@ -13,6 +14,8 @@
 int main(int argc, char *argv[])
 {
     quire::ignoreWriteSignals();
+    // A cover that does not decode leaves its placeholder and is not reported.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     QGuiApplication::setApplicationName(QStringLiteral("Quire"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Quire"));
     QGuiApplication::setApplicationVersion(QStringLiteral(QUIRE_VERSION));

@@ -8,6 +8,8 @@ import Quire
 T.Popup {
     id: alert
 
+    objectName: "noticeAlert"
+
     required property ActivityViewModel activity
     // Another window shows it meanwhile.
     required property bool wanted

@@ -1,0 +1,53 @@
+#include "ViewsFixture.h"
+
+#include "testing/Await.h"
+
+namespace quire {
+
+using testing::await;
+
+ViewsFixture::ViewsFixture()
+{
+    m_library.open();
+    m_library.close();
+    const auto add = [this](const QString &title, const char *shelf, int hidden) {
+        m_library.execute(
+            "INSERT INTO goodreads_books (goodreads_id, title, author, shelf, hidden) VALUES (?, ?, '', ?, ?)",
+            {title, title, QString::fromLatin1(shelf), hidden});
+    };
+    for (int number = 1; number <= 38; ++number) {
+        add(QStringLiteral("Book %1").arg(number, 2, 10, QLatin1Char('0')), "read", number == 38 ? 1 : 0);
+    }
+    add(QStringLiteral("Wanted"), "to-read", 0);
+    m_library.execute("INSERT INTO settings (key, value) VALUES ('selectedTab', 'books')");
+    m_model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(m_library.clock(), m_library.folder()),
+        std::nullopt, AppModelDependencies{m_library.clock(), m_network, m_endpoints});
+    m_shell = std::make_unique<ShellViewModel>(*m_model, QUrl(QStringLiteral("https://help.test")));
+    await(m_model->start());
+}
+
+ViewsFixture::~ViewsFixture()
+{
+    m_shell.reset();
+    await(m_model->shutdown());
+}
+
+void ViewsFixture::showToast(const QString &text)
+{
+    m_model->showToast(text, std::chrono::milliseconds(3200));
+    if (text.isEmpty()) {
+        m_library.clock().advance(std::chrono::seconds(4));
+    }
+}
+
+void ViewsFixture::showNotice(const QString &title, const QString &message)
+{
+    m_model->setNotice(AppNotice::error(title, message));
+}
+
+QString ViewsFixture::selectedTitle() const
+{
+    return m_model->selectedBook() ? m_model->selectedBook()->title : QString();
+}
+
+} // namespace quire

@@ -1,0 +1,44 @@
+// What the component tests find under the name `fixture`: the view models over
+// an application model with a small library of its own.
+//
+// Thread: interface thread.
+
+#pragma once
+
+#include "core/AppModel.h"
+#include "QuireApp/ViewModels/ShellViewModel.h"
+#include "sources/NetworkClient.h"
+#include "testing/TestLibrary.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace quire {
+
+class ViewsFixture : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(quire::ShellViewModel *shell READ shell CONSTANT)
+
+public:
+    // With 37 read books, one of them hidden, and one wanted.
+    ViewsFixture();
+    ~ViewsFixture() override;
+
+    ShellViewModel *shell() { return m_shell.get(); }
+
+    Q_INVOKABLE void showToast(const QString &text);
+    Q_INVOKABLE void showNotice(const QString &title, const QString &message);
+    Q_INVOKABLE bool hasNotice() const { return m_model->notice().has_value(); }
+    Q_INVOKABLE QString selectedTitle() const;
+
+private:
+    testing::TestLibrary m_library{testing::TestLibrary::Start::Closed};
+    NetworkClient m_network;
+    ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
+    std::unique_ptr<AppModel> m_model;
+    std::unique_ptr<ShellViewModel> m_shell;
+};
+
+} // namespace quire

@@ -1,0 +1,63 @@
+#include "ModelTest.h"
+#include "QuireApp/ViewModels/ActivityViewModel.h"
+
+#include <QSignalSpy>
+
+namespace quire {
+
+namespace {
+
+using testing::await;
+using testing::eventually;
+
+class ActivityViewModelTest : public ModelTest
+{
+};
+
+TEST_F(ActivityViewModelTest, TheOverlayStaysAwayWhileAJobHasAButtonOfItsOwn)
+{
+    configureGoodreads();
+    setStored(QStringLiteral("automaticGoodreadsSync"), QStringLiteral("0"));
+    serveFeed({QStringLiteral("Emma")});
+    startModel();
+    const ActivityViewModel activity(*model);
+
+    const auto syncing = model->synchronizeGoodreads(false);
+
+    EXPECT_TRUE(activity.isWorking());
+    EXPECT_EQ(activity.activityLabel(), QStringLiteral("Syncing Goodreads…"));
+    EXPECT_FALSE(activity.showsOverlay());
+    EXPECT_TRUE(eventually([&] { return !activity.isWorking(); }));
+    EXPECT_FALSE(activity.showsOverlay());
+    EXPECT_EQ(activity.toast(), QStringLiteral("Synced 1 Goodreads titles"));
+}
+
+TEST_F(ActivityViewModelTest, ANoticeIsReplacedByTheNextAndGoesWhenDismissed)
+{
+    makeModel();
+    ActivityViewModel activity(*model);
+    EXPECT_FALSE(activity.hasNotice());
+    model->setNotice(AppNotice::error(QStringLiteral("First"), QStringLiteral("one")));
+    model->setNotice(AppNotice::information(QStringLiteral("Second"), QStringLiteral("two")));
+    EXPECT_EQ(activity.noticeTitle(), QStringLiteral("Second"));
+    EXPECT_EQ(activity.noticeMessage(), QStringLiteral("two"));
+    activity.dismissNotice();
+    EXPECT_FALSE(activity.hasNotice());
+    EXPECT_EQ(model->notice(), std::nullopt);
+}
+
+TEST_F(ActivityViewModelTest, ToastsComeFromTheModel)
+{
+    makeModel();
+    const ActivityViewModel activity(*model);
+    const QSignalSpy changed(&activity, &ActivityViewModel::toastChanged);
+    model->showToast(QStringLiteral("Settings saved"), std::chrono::milliseconds(3200));
+    EXPECT_EQ(activity.toast(), QStringLiteral("Settings saved"));
+    clock.advance(std::chrono::milliseconds(3200));
+    EXPECT_TRUE(eventually([&] { return activity.toast().isEmpty(); }));
+    EXPECT_EQ(changed.size(), 2);
+}
+
+} // namespace
+
+} // namespace quire

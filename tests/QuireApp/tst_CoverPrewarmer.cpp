@@ -1,0 +1,43 @@
+#include "ModelTest.h"
+#include "QuireApp/Covers/CoverPrewarmer.h"
+
+namespace quire {
+
+namespace {
+
+class CoverPrewarmerTest : public ModelTest
+{
+};
+
+TEST_F(CoverPrewarmerTest, TheSignatureTellsReadinessTabAndCounts)
+{
+    addBook(QStringLiteral("Emma"));
+    addAudiobook(QStringLiteral("Dune"));
+    addAudiobook(QStringLiteral("Momo"));
+    library.execute("UPDATE audible_books SET cover_data = x'01' WHERE title = 'Momo'");
+    makeModel();
+    EXPECT_EQ(artworkCacheSignature(*model), QStringLiteral("false-insights-0-0-0-0"));
+    testing::await(model->start());
+    EXPECT_EQ(artworkCacheSignature(*model), QStringLiteral("true-insights-1-0-2-1"));
+}
+
+TEST_F(CoverPrewarmerTest, TheFirstThirtyTwoStoredCoversAreTakenBooksFirst)
+{
+    for (int number = 0; number < 31; ++number) {
+        addBook(QStringLiteral("Book %1").arg(number));
+        addAudiobook(QStringLiteral("Audio %1").arg(number));
+    }
+    library.execute("UPDATE goodreads_books SET cover_data = x'0102'");
+    library.execute("UPDATE audible_books SET cover_data = x'010203'");
+    startModel();
+    const QList<ArtworkCacheEntry> entries = prewarmEntries(*model);
+    ASSERT_EQ(entries.size(), 32);
+    EXPECT_TRUE(entries.constFirst().key.startsWith(u"book-"));
+    EXPECT_TRUE(entries.at(30).key.startsWith(u"book-"));
+    EXPECT_TRUE(entries.constLast().key.startsWith(u"audio-"));
+    EXPECT_TRUE(entries.constLast().key.endsWith(u"-3"));
+}
+
+} // namespace
+
+} // namespace quire

@@ -1,0 +1,130 @@
+#include "QuireApp/Theme/QuireSidebarPalette.h"
+#include "QuireApp/Theme/QuireThemePalette.h"
+#include "QuireApp/Theme/Theme.h"
+
+#include <gtest/gtest.h>
+
+namespace quire {
+
+namespace {
+
+constexpr CustomAccentColor white{1, 1, 1};
+
+// Eight-bit components, as a screenshot shows them.
+QString hex(const QColor &color)
+{
+    return color.name(QColor::HexRgb);
+}
+
+TEST(ThemePalette, TheNordicColoursHaveTheirEightBitValues)
+{
+    EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Snow))), QStringLiteral("#f7f7f2"));
+    EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Fjord))), QStringLiteral("#426f83"));
+    EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Pine))), QStringLiteral("#264f47"));
+    EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Cabin))), QStringLiteral("#cb5d52"));
+    EXPECT_EQ(QuireThemePalette().rgb, ThemePalette::fjord);
+    EXPECT_EQ(QuireThemePalette(), ThemePalette::palette(ThemePalette::fjord));
+}
+
+TEST(ThemePalette, AWhiteAccentGivesInkOnProminentButtonsAndTintsOfPureWhite)
+{
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(white), ThemePalette::quireInk());
+    for (const double factor : {0.012, 0.07, 0.24, 0.3, 1.0}) {
+        EXPECT_EQ(hex(ThemePalette::accentTint(white, factor)), QStringLiteral("#ffffff")) << factor;
+    }
+}
+
+TEST(ThemePalette, ACustomColourThatIsWantedButAbsentFallsToTheChoice)
+{
+    EXPECT_EQ(ThemePalette::accentInForce(true, std::nullopt, AccentColorChoice::Pine), ThemePalette::pine);
+    EXPECT_EQ(ThemePalette::accentInForce(true, white, AccentColorChoice::Pine), white);
+    EXPECT_EQ(ThemePalette::accentInForce(false, white, AccentColorChoice::Pine), ThemePalette::pine);
+}
+
+TEST(ThemePalette, CabinIsDarkEnoughForWhiteText)
+{
+    EXPECT_NEAR(ThemePalette::luminance(ThemePalette::cabin), 0.44, 0.02);
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(ThemePalette::cabin), QColor(Qt::white));
+}
+
+TEST(ThemePalette, SnowTakesInkAtBothThresholdsAndAColourBetweenThemOnlyInTheCatalogue)
+{
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(ThemePalette::snow), ThemePalette::quireInk());
+    EXPECT_EQ(ThemePalette::catalogForegroundOnAccent(ThemePalette::snow), ThemePalette::quireInk());
+    constexpr CustomAccentColor between{0.75, 0.75, 0.75};
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(between), QColor(Qt::white));
+    EXPECT_EQ(ThemePalette::catalogForegroundOnAccent(between), ThemePalette::quireInk());
+}
+
+TEST(ThemePalette, ATintIsAWashOverWhite)
+{
+    const QColor tint = ThemePalette::accentTint({0, 0.5, 1}, 0.24);
+    EXPECT_NEAR(tint.redF(), 0.76, 0.0001);
+    EXPECT_NEAR(tint.greenF(), 0.88, 0.0001);
+    EXPECT_NEAR(tint.blueF(), 1, 0.0001);
+}
+
+TEST(ThemePalette, StoredNumbersOutOfRangeStillMakeAColour)
+{
+    EXPECT_EQ(hex(ThemePalette::toColor({-3, 7, 0})), QStringLiteral("#00ff00"));
+}
+
+TEST(SidebarPalette, ADarkSidebarKeepsItsWhiteTextUnderASnowAccent)
+{
+    const QuireSidebarPalette palette = sidebarPalette(SidebarAppearance::Fjord, ThemePalette::snow);
+    EXPECT_EQ(palette.foreground, QColor(Qt::white));
+    EXPECT_NEAR(palette.selection.alphaF(), 0.16, 0.001);
+    EXPECT_EQ(hex(palette.selection), QStringLiteral("#ffffff"));
+    const QColor tint = ThemePalette::accentTint(ThemePalette::snow, 0.24);
+    EXPECT_GT(tint.blueF(), 0.98);
+}
+
+TEST(SidebarPalette, LightAppearancesAreTintedByTheAccent)
+{
+    for (const SidebarAppearance appearance : {SidebarAppearance::Snow, SidebarAppearance::Glass}) {
+        const QuireSidebarPalette palette = sidebarPalette(appearance, ThemePalette::cabin);
+        EXPECT_EQ(palette.foreground, ThemePalette::quireInk());
+        EXPECT_NEAR(palette.muted.alphaF(), 0.62, 0.001);
+        EXPECT_EQ(palette.searchFill, ThemePalette::accentTint(ThemePalette::cabin, 0.018));
+        EXPECT_EQ(palette.selection, ThemePalette::accentTint(ThemePalette::cabin, 0.24));
+        EXPECT_EQ(palette.hover, ThemePalette::accentTint(ThemePalette::cabin, 0.07));
+        EXPECT_NEAR(palette.border.alphaF(), 0.75, 0.001);
+    }
+}
+
+TEST(SidebarPalette, TheSearchTextIsInkOnEverySurface)
+{
+    for (const auto appearance : {SidebarAppearance::Snow, SidebarAppearance::Fjord, SidebarAppearance::Pine,
+             SidebarAppearance::Cabin, SidebarAppearance::Glass}) {
+        const QuireSidebarPalette palette = sidebarPalette(appearance, ThemePalette::fjord);
+        EXPECT_EQ(palette.searchForeground, ThemePalette::quireInk());
+        EXPECT_NEAR(palette.searchMuted.alphaF(), 0.55, 0.001);
+    }
+}
+
+TEST(SidebarBackground, NamedAppearancesArePlainAndGlassIsAGradientOfTheAccent)
+{
+    const SidebarBackground pine = sidebarBackground(SidebarAppearance::Pine, ThemePalette::cabin);
+    EXPECT_EQ(pine.base, ThemePalette::toColor(ThemePalette::pine));
+    EXPECT_EQ(pine.gradientTop.alpha(), 0);
+    EXPECT_EQ(pine.gradientBottom.alpha(), 0);
+
+    const SidebarBackground glass = sidebarBackground(SidebarAppearance::Glass, ThemePalette::cabin);
+    EXPECT_EQ(hex(glass.gradientTop), QStringLiteral("#cb5d52"));
+    EXPECT_NEAR(glass.gradientTop.alphaF(), 0.035, 0.001);
+    EXPECT_NEAR(glass.gradientBottom.alphaF(), 0.02, 0.001);
+}
+
+TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
+{
+    Theme theme;
+    EXPECT_EQ(theme.mark(), theme.accent());
+    theme.setAppearance(white, SidebarAppearance::Snow, InterfaceFontChoice::AvenirNext);
+    EXPECT_EQ(theme.mark(), ThemePalette::quireInk());
+    EXPECT_NE(theme.hairline(), QColor(Qt::white));
+    EXPECT_EQ(theme.onAccent(), ThemePalette::quireInk());
+}
+
+} // namespace
+
+} // namespace quire

@@ -1,0 +1,29 @@
+#include "ViewsFixture.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QtQuickTest>
+
+#include <memory>
+
+class Setup : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        engine->addImportPath(QStringLiteral(":/qt/qml"));
+        m_fixture = std::make_unique<quire::ViewsFixture>();
+        engine->rootContext()->setContextProperty(QStringLiteral("fixture"), m_fixture.get());
+    }
+
+    // Before the application goes: a library needs its event loop to close.
+    void cleanupTestCase() { m_fixture.reset(); }
+
+private:
+    std::unique_ptr<quire::ViewsFixture> m_fixture;
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(views, Setup)
+#include "tst_Views.moc"

@@ -1,0 +1,184 @@
+import QtQuick
+import QtTest
+
+import Quire
+
+Item {
+    id: root
+
+    width: 1180
+    height: 860
+
+    RootView {
+        id: view
+
+        anchors.fill: parent
+        shell: fixture.shell
+    }
+
+    SignalSpy {
+        id: settingsRequested
+
+        target: view
+        signalName: "settingsRequested"
+    }
+
+    TestCase {
+        id: test
+
+        name: "RootView"
+        when: windowShown
+
+        // The first shown item below whose accessible name is that.
+        function named(name, item = view) {
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i];
+                if (!child.visible)
+                    continue;
+                if (child.Accessible.name === name && !child.Accessible.ignored)
+                    return child;
+                const found = named(name, child);
+                if (found)
+                    return found;
+            }
+            return null;
+        }
+
+        function init() {
+            fixture.shell.library.selectedTab = "insights";
+            fixture.shell.library.selectedTab = "books";
+            fixture.shell.library.selectedSort = "title";
+            settingsRequested.clear();
+            wait(0);
+        }
+
+        function test_theShelfAndTheCountStandOverTheGrid() {
+            verify(named("Read"));
+            tryVerify(() => named("37 titles"));
+        }
+
+        function test_onePageHoldsThirtySixAndTheNextTheRest() {
+            tryVerify(() => named("View details for Book 01"));
+            const next = named("Next");
+            verify(next.enabled);
+            verify(!named("Previous").enabled);
+            next.clicked();
+            tryVerify(() => named("Page 2 of 2"));
+            tryVerify(() => named("View details for Book 37"));
+            verify(!named("Next").enabled);
+            verify(named("Previous").enabled);
+        }
+
+        function test_aShelfWithOnePageShowsNoPaging() {
+            mouseClick(named("Want to Read"));
+            tryVerify(() => named("1 title"));
+            verify(!named("Next"));
+        }
+
+        function test_aHiddenBookIsOnlyUnderHidden() {
+            mouseClick(named("Hidden"));
+            tryVerify(() => named("View details for Book 38"));
+            verify(named("1 title"));
+        }
+
+        function test_anEmptyShelfSaysSo() {
+            mouseClick(named("Did Not Finish"));
+            tryVerify(() => named("No titles found"));
+            verify(named("Adjust the search or filter."));
+            verify(named("0 titles"));
+        }
+
+        function test_clickingACardSelectsItsTitle() {
+            tryVerify(() => named("View details for Book 02"));
+            mouseClick(named("View details for Book 02"));
+            compare(fixture.selectedTitle(), "Book 02");
+        }
+
+        function test_arrowKeysWalkTheCoversAndReturnOpensOne() {
+            tryVerify(() => named("View details for Book 01"));
+            named("View details for Book 01").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Right);
+            const second = named("View details for Book 02");
+            verify(second.activeFocus);
+            verify(second.visualFocus);
+            keyClick(Qt.Key_Left);
+            verify(named("View details for Book 01").activeFocus);
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Return);
+            compare(fixture.selectedTitle(), "Book 02");
+        }
+
+        function test_searchNarrowsAndTheClearButtonGoesWithTheText() {
+            verify(!named("Clear search"));
+            const field = named("Search library");
+            mouseClick(field);
+            for (const letter of "book 17")
+                keyClick(letter);
+            tryVerify(() => named("1 title"));
+            mouseClick(named("Clear search"));
+            tryVerify(() => named("37 titles"));
+            verify(!named("Clear search"));
+        }
+
+        function test_theSortIsChosenFromItsMenu() {
+            const sort = named("Sort library");
+            compare(sort.text, "Title");
+            sort.chosen("rating");
+            compare(sort.text, "Rating");
+            compare(fixture.shell.library.selectedSort, "rating");
+        }
+
+        function test_audioHasItsOwnWordsAndNoHiddenShelf() {
+            mouseClick(named("Audio"));
+            tryVerify(() => named("No audio titles found"));
+            verify(named("Currently Listening"));
+            verify(!named("Hidden"));
+            verify(named("Search library & Audible"));
+        }
+
+        function test_insightsShowNoShelvesAndNoSort() {
+            mouseClick(named("Insights"));
+            tryVerify(() => named("Your reading activity"));
+            verify(named("Nothing in progress"));
+            verify(!named("Want to Read"));
+            verify(!named("Sort library"));
+            verify(!named("No finished titles yet")); // there are some
+        }
+
+        function test_theSettingsButtonAsksForTheSettings() {
+            const button = named("Settings");
+            button.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Space);
+            compare(settingsRequested.count, 2);
+        }
+
+        function test_aToastComesAndGoes() {
+            fixture.showToast("Synced 2 Goodreads titles");
+            tryVerify(() => named("Synced 2 Goodreads titles"));
+            fixture.showToast("");
+            tryVerify(() => !named("Synced 2 Goodreads titles"));
+        }
+
+        function test_aNoticeIsDismissedByEscapeAndByReturn() {
+            for (const key of [Qt.Key_Escape, Qt.Key_Return]) {
+                fixture.showNotice("Goodreads Sync Failed", "The server said no.");
+                const alert = findChild(view, "noticeAlert");
+                tryVerify(() => alert.opened);
+                keyClick(key);
+                tryVerify(() => !fixture.hasNotice());
+                tryVerify(() => !alert.visible);
+            }
+        }
+
+        function test_zz_theSoftwareRendererShowsCoversAndSidebar() {
+            tryVerify(() => named("View details for Book 01"));
+            wait(100);
+            const image = grabImage(view);
+            const card = named("View details for Book 01");
+            const place = card.mapToItem(view, 71, 200);
+            verify(image.pixel(place.x, place.y) !== image.pixel(1170, 850), "a placeholder differs from the window");
+            verify(Qt.colorEqual(image.pixel(10, 700), "#f7f7f2"), "the sidebar is Snow: " + image.pixel(10, 700));
+        }
+    }
+}
