@@ -30,9 +30,11 @@ class ProgramTestCase(unittest.TestCase):
         self._programs: list[Program] = []
 
     def start(self, **variables: str) -> Program:
-        """Starts the program, and waits until its window is there."""
+        """Starts the program, and waits until its window is there and the library is read: what is
+        pressed before that is overruled by the section that the library remembers."""
         program = self.launch(**variables)
         program.find(role="frame", name="Quire", seconds=30)
+        program.wait_until_idle()
         return program
 
     def launch(self, **variables: str) -> Program:

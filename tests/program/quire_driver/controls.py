@@ -32,7 +32,10 @@ class Control:
 
     @property
     def name(self) -> str:
-        return self._accessible.get_name() or ""
+        name = self._accessible.get_name()
+        if not name and self.role == "password text":
+            return self.description  # the toolkit names no secret field; its prompt is the description
+        return name or ""
 
     @property
     def description(self) -> str:
@@ -55,10 +58,6 @@ class Control:
     @property
     def is_shown(self) -> bool:
         return self._has(Atspi.StateType.VISIBLE) and self._has(Atspi.StateType.SHOWING)
-
-    @property
-    def is_enabled(self) -> bool:
-        return self._has(Atspi.StateType.ENABLED)
 
     @property
     def is_checked(self) -> bool:
@@ -132,8 +131,6 @@ class Control:
             line = f"{indent}{self.role} {self.name!r}"
             if not self.is_shown:
                 line += " (hidden)"
-            if not self.is_enabled:
-                line += " (disabled)"
             if self.text:
                 line += f" = {self.text!r}"
             return "\n".join([line] + [child.tree(indent + "  ") for child in self.children])
@@ -161,6 +158,12 @@ class Control:
         wait_until(lambda: self.frame[2] > 0 and self.frame[3] > 0, f"{self.name!r} has no place on the screen")
         x, y = self.centre
         Desktop.shared().run("xdotool", "mousemove", str(x), str(y))
+
+    def scroll(self, clicks: int) -> None:
+        """Turns the mouse wheel over its middle, down for a positive number."""
+        self.hover()
+        wheel = "5" if clicks > 0 else "4"
+        Desktop.shared().run("xdotool", "click", "--repeat", str(abs(clicks)), "--delay", "20", wheel)
 
     def click(self, button: int = 1) -> None:
         """A click of the mouse on its middle."""

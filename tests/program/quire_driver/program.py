@@ -7,6 +7,7 @@ import re
 import signal
 import subprocess
 import tempfile
+import time
 from pathlib import Path
 
 from quire_world import Home
@@ -14,7 +15,7 @@ from quire_world import Home
 from .controls import Control, application
 from .desktop import Desktop
 from .waiting import TookTooLong, patience, wait_until
-from .windows import ask_to_close, windows_of
+from .windows import ask_to_close, give_keys_to, windows_of
 
 repository = Path(__file__).resolve().parents[3]
 
@@ -121,6 +122,8 @@ class Program:
     def type(self, text: str) -> None:
         """Types a text, letter by letter."""
         self._take_keyboard()
+        if give_keys_to(text):
+            time.sleep(0.5)  # the program hears of new keys by an event that nothing else shows
         Desktop.shared().run("xdotool", "type", "--delay", "25", "--", text)
 
     def tab_to(self, name: str, limit: int = 60) -> Control:
@@ -142,6 +145,27 @@ class Program:
     def screenshot(self, name: str) -> Path:
         folder = Path(os.environ.get("QUIRE_SCREENSHOTS", repository / "build" / "screenshots"))
         return Desktop.shared().screenshot(folder / f"{name}.png")
+
+    def wait_until_idle(self, seconds: float = 15) -> None:
+        """Waits until it has had nothing to do for a third of a second; what turns for ever is not idle."""
+        calm_since = time.monotonic()
+
+        def idle() -> bool:
+            nonlocal calm_since
+            if self._is_busy():
+                calm_since = time.monotonic()
+            return time.monotonic() - calm_since > 0.33
+
+        wait_until(idle, "it is busy all the time", seconds)
+
+    def _is_busy(self) -> bool:
+        states = []
+        for thread in Path(f"/proc/{self.pid}/task").glob("*/stat"):
+            try:
+                states.append(thread.read_text().rpartition(")")[2].split()[0])
+            except OSError:
+                continue
+        return any(state != "S" for state in states)
 
     # Its end. ---------------------------------------------------------------------
 
