@@ -26,6 +26,10 @@ T.Button {
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
+    Accessible.onPressAction: {
+        if (button.enabled)
+            button.clicked();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: button.text

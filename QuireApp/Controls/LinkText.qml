@@ -14,6 +14,10 @@ T.AbstractButton {
 
     Keys.onReturnPressed: link.clicked()
     Keys.onEnterPressed: link.clicked()
+    Accessible.onPressAction: {
+        if (link.enabled)
+            link.clicked();
+    }
 
     Accessible.role: Accessible.Link
     Accessible.name: link.text

@@ -28,6 +28,10 @@ T.AbstractButton {
     Keys.onEnterPressed: choice.clicked()
     Keys.onUpPressed: choice.clicked()
     Keys.onDownPressed: choice.clicked()
+    Accessible.onPressAction: {
+        if (choice.enabled)
+            choice.clicked();
+    }
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: choice.accessibleLabel

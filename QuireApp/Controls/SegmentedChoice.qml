@@ -94,6 +94,10 @@ FocusScope {
                 onClicked: choice.chosen(piece.word)
 
                 Keys.onReturnPressed: piece.clicked()
+                Accessible.onPressAction: {
+                    if (piece.enabled)
+                        piece.clicked();
+                }
                 Keys.onLeftPressed: choice.chooseNeighbour(-1)
                 Keys.onRightPressed: choice.chooseNeighbour(1)
 

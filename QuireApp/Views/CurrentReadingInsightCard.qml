@@ -21,6 +21,10 @@ T.AbstractButton {
 
     Keys.onReturnPressed: card.clicked()
     Keys.onEnterPressed: card.clicked()
+    Accessible.onPressAction: {
+        if (card.enabled)
+            card.clicked();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: card.accessibleName

@@ -19,6 +19,10 @@ T.AbstractButton {
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
+    Accessible.onPressAction: {
+        if (button.enabled)
+            button.clicked();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: button.title

@@ -94,6 +94,10 @@ FocusScope {
         }
 
         Keys.onReturnPressed: clear.clicked()
+        Accessible.onPressAction: {
+            if (clear.enabled)
+                clear.clicked();
+        }
 
         Accessible.role: Accessible.Button
         Accessible.name: "Clear search"
