@@ -13,8 +13,9 @@ bool isPlainHostCharacter(char16_t c)
 // path or query; "%" is left to the full parser, which checks its digits.
 bool isPlainPathCharacter(char16_t c)
 {
-    return isPlainHostCharacter(c) || c == u'/' || c == u'_' || c == u'~' || c == u'?' || c == u'=' || c == u'&' || c == u'+'
-        || c == u',' || c == u':' || c == u'@' || c == u'!' || c == u';' || c == u'*' || c == u'(' || c == u')';
+    return isPlainHostCharacter(c) || c == u'/' || c == u'_' || c == u'~' || c == u'?' || c == u'=' || c == u'&'
+        || c == u'+' || c == u',' || c == u':' || c == u'@' || c == u'!' || c == u';' || c == u'*' || c == u'('
+        || c == u')';
 }
 
 // The shape of nearly every cover and page address: http(s)://host/path made
