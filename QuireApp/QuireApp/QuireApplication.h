@@ -56,7 +56,7 @@ private:
     TerminationSignals m_signals;
     ShellViewModel m_shell;
     CoverPrewarmer m_prewarmer;
-    Theme m_theme;
+    Theme m_theme{nullptr};
     QQmlApplicationEngine m_engine;
 };
 

@@ -35,7 +35,7 @@ void Theme::serve(QQmlEngine &engine, Theme &theme)
 Theme *Theme::create(QQmlEngine *engine, QJSEngine *)
 {
     auto *theme = engine->property(servedTheme).value<Theme *>();
-    return theme ? theme : new Theme;
+    return theme ? theme : new Theme(engine);
 }
 
 void Theme::setAppearance(

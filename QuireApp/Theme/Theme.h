@@ -64,7 +64,8 @@ class Theme : public QObject
     Q_PROPERTY(QString fontFamily READ fontFamily NOTIFY fontFamilyChanged)
 
 public:
-    explicit Theme(QObject *parent = nullptr);
+    // No default: the engine prefers a default constructor to create().
+    explicit Theme(QObject *parent);
 
     // Makes `theme` the one that the views of `engine` see. Before they are
     // loaded; theme outlives the engine.

@@ -117,7 +117,7 @@ TEST(SidebarBackground, NamedAppearancesArePlainAndGlassIsAGradientOfTheAccent)
 
 TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
 {
-    Theme theme;
+    Theme theme(nullptr);
     EXPECT_EQ(theme.mark(), theme.accent());
     theme.setAppearance(white, SidebarAppearance::Snow, InterfaceFontChoice::AvenirNext);
     EXPECT_EQ(theme.mark(), ThemePalette::quireInk());

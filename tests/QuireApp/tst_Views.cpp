@@ -1,3 +1,4 @@
+#include "QuireApp/Theme/Theme.h"
 #include "ViewsFixture.h"
 
 #include <QQmlContext>
@@ -14,6 +15,9 @@ public Q_SLOTS:
     void qmlEngineAvailable(QQmlEngine *engine)
     {
         engine->addImportPath(QStringLiteral(":/qt/qml"));
+        m_theme.setAppearance(
+            quire::ThemePalette::cabin, quire::SidebarAppearance::Pine, quire::InterfaceFontChoice::AvenirNext);
+        quire::Theme::serve(*engine, m_theme);
         m_fixture = std::make_unique<quire::ViewsFixture>();
         engine->rootContext()->setContextProperty(QStringLiteral("fixture"), m_fixture.get());
     }
@@ -22,6 +26,7 @@ public Q_SLOTS:
     void cleanupTestCase() { m_fixture.reset(); }
 
 private:
+    quire::Theme m_theme{nullptr};
     std::unique_ptr<quire::ViewsFixture> m_fixture;
 };
 

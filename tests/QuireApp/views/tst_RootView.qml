@@ -178,7 +178,7 @@ Item {
             const card = named("View details for Book 01");
             const place = card.mapToItem(view, 71, 200);
             verify(image.pixel(place.x, place.y) !== image.pixel(1170, 850), "a placeholder differs from the window");
-            verify(Qt.colorEqual(image.pixel(10, 700), "#f7f7f2"), "the sidebar is Snow: " + image.pixel(10, 700));
+            verify(Qt.colorEqual(image.pixel(10, 700), "#264f47"), "the sidebar is Pine: " + image.pixel(10, 700));
         }
     }
 }
