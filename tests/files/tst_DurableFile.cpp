@@ -50,6 +50,8 @@ protected:
     QTemporaryDir m_folder;
 };
 
+using DurableFileDeathTest = DurableFileTest;
+
 } // namespace
 
 TEST_F(DurableFileTest, CreatesAndReplacesAFileAndLeavesNothingElse)
@@ -106,6 +108,23 @@ TEST_F(DurableFileTest, AFullDiskLeavesTheOldFile)
     EXPECT_EQ(failure->code(), EFBIG);
     EXPECT_EQ(content(QStringLiteral("a")), "old");
     EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(DurableFileDeathTest, AProcessThatDiesInTheMiddleLeavesTheOldFileAndHasShownNobodyTheNewOne)
+{
+    DurableFile::write(file(QStringLiteral("a")), "old");
+    const auto die = [this] {
+        ::umask(0);
+        const rlimit small{1000, 1000};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+        DurableFile::write(file(QStringLiteral("a")), QByteArray(5000, 'n'), 0600);
+    };
+    EXPECT_EXIT(die(), ::testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EQ(content(QStringLiteral("a")), "old");
+    const QStringList all = names();
+    ASSERT_EQ(all.size(), 2);
+    EXPECT_EQ(QFileInfo(file(all[0])).size(), 1000) << "half of the new file";
+    EXPECT_EQ(modeOf(all[0]), mode_t(0600));
 }
 
 TEST_F(DurableFileTest, AFolderThatTakesNoFilesIsAFailure)
