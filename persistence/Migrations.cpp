@@ -8,6 +8,7 @@
 #include "persistence/MigrationSteps.h"
 #include "reliability/QuireFailureInjector.h"
 
+#include <QFile>
 #include <QUuid>
 
 namespace quire::Migrations {
@@ -36,10 +37,15 @@ QString createRecoveryCopy(const SQLiteDatabase &database, qint64 targetVersion,
     const QString copy = QStringLiteral("%1/Quire Before Schema %2 %3.db")
                              .arg(folder, QString::number(targetVersion),
                                  QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
-    SQLiteDatabase::backUp(database.url(), copy);
-    if (!SQLiteDatabase(copy).integrityCheck()) {
-        throw DatabaseError(
-            DatabaseError::Kind::Backup, QStringLiteral("The pre-migration recovery copy failed verification."));
+    try {
+        SQLiteDatabase::backUp(database.url(), copy);
+        if (!SQLiteDatabase(copy).integrityCheck()) {
+            throw DatabaseError(
+                DatabaseError::Kind::Backup, QStringLiteral("The pre-migration recovery copy failed verification."));
+        }
+    } catch (const DatabaseError &) {
+        QFile::remove(copy); // nobody may recover from it, and every further start would leave another
+        throw;
     }
     return copy;
 }

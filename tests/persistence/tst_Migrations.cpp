@@ -16,6 +16,8 @@
 
 #include <random>
 
+#include <sqlite3.h>
+
 using namespace quire;
 using namespace quire::testing;
 using Kind = DatabaseError::Kind;
@@ -103,8 +105,11 @@ TEST(Migrations, AFileOfVersion1TakesTheSecondStepAlone)
 {
     TestLibrary library(TestLibrary::Start::Closed);
     OldLibraries::createVersion1(library.databasePath());
+    library.execute("INSERT INTO schema_migrations VALUES (2, 'never')"); // a line without its step is no obstacle
     library.open();
     EXPECT_EQ(library.scalar("PRAGMA user_version"), SQLiteValue(2));
+    EXPECT_NE(library.scalar("SELECT applied_at FROM schema_migrations WHERE version = 2"),
+        SQLiteValue(QStringLiteral("never")));
     EXPECT_EQ(library.scalar("SELECT applied_at FROM schema_migrations WHERE version = 1"),
         SQLiteValue(QStringLiteral("2026-01-02 03:04:05")));
     EXPECT_EQ(recoveryCopies(library).size(), 1);
@@ -199,6 +204,15 @@ TEST(Migrations, ANewerLibraryIsRefusedAndUnchangedByteForByte)
     EXPECT_EQ(recoveryCopies(library).size(), 2);
 }
 
+TEST(Migrations, NoStepIsTakenFromANewerVersion)
+{
+    const QTemporaryDir folder;
+    SQLiteDatabase database(folder.filePath(QStringLiteral("quire.db")));
+    database.executeScript("PRAGMA user_version = 3");
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { Migrations::migrate(database, folder.path()); }),
+        DatabaseError(Kind::Open, QStringLiteral("This library was created by a newer version of Quire (schema 3).")));
+}
+
 TEST(Migrations, ANewerLibraryWithOtherTablesIsUnchangedToo)
 {
     TestLibrary library(TestLibrary::Start::Closed);
@@ -262,6 +276,35 @@ TEST(Migrations, ADamagedFileIsNotMigrated)
     EXPECT_EQ(thrownBy<DatabaseError>([&] { library.open(); }),
         DatabaseError(Kind::Backup, QStringLiteral("The pre-migration recovery copy failed verification.")));
     EXPECT_EQ(library.scalar("PRAGMA user_version"), SQLiteValue(1));
+    EXPECT_TRUE(recoveryCopies(library).isEmpty()) << "a copy that nobody may trust";
+}
+
+TEST(Migrations, AStepWhoseOutcomeFailsTheIntegrityCheckIsTakenBack)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("quire.db"));
+    OldLibraries::createVersion1(path);
+    SQLiteDatabase database(path);
+    // The check of this connection gives no row; that of the recovery copy is its own.
+    const auto withoutCheck = [](void *, int action, const char *pragma, const char *, const char *, const char *) {
+        return action == SQLITE_PRAGMA && qstrcmp(pragma, "integrity_check") == 0 ? SQLITE_IGNORE : SQLITE_OK;
+    };
+    sqlite3_set_authorizer(database.handle(), withoutCheck, nullptr);
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { Migrations::migrate(database, folder.path()); }),
+        DatabaseError(Kind::Open, QStringLiteral("Schema migration 2 failed its integrity check.")));
+    EXPECT_EQ(database.scalar("PRAGMA user_version"), SQLiteValue(1));
+    EXPECT_EQ(database.scalar("SELECT count(*) FROM sqlite_master WHERE name = 'library_metadata'"), SQLiteValue(0));
+}
+
+TEST(Migrations, AVersionBeforeAllVersionsHasNoStep)
+{
+    TestLibrary library(TestLibrary::Start::Closed);
+    OldLibraries::createVersion1(library.databasePath());
+    library.executeScript("PRAGMA user_version = -1");
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { library.open(); }),
+        DatabaseError(Kind::Open, QStringLiteral("No migration exists for schema version 0.")));
+    EXPECT_EQ(library.scalar("PRAGMA user_version"), SQLiteValue(-1));
+    expectReadersDataUntouched(library);
 }
 
 TEST(Migrations, AProcessThatDiesBeforeTheCommitLeavesTheVersionBefore)
