@@ -66,8 +66,9 @@ void SQLiteDatabase::configure()
     // Temporary files would make the sorting of a large library half as slow again.
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_exec(m_handle, "PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY;", nullptr,
-        nullptr, nullptr);
+    sqlite3_exec(m_handle,
+        "PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA secure_delete = ON; PRAGMA temp_store = MEMORY;",
+        nullptr, nullptr, nullptr);
 }
 
 void SQLiteDatabase::close()

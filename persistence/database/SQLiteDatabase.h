@@ -5,7 +5,8 @@
 // a sync service. The connection therefore refuses to change its own schema
 // behind SQLite's back, runs no application function from the schema, checks
 // cells when it reads pages, and maps no file into memory, where an I/O error
-// would be a signal.
+// would be a signal. What it deletes is overwritten: a secret that leaves a table
+// leaves the file as well.
 //
 // The file itself must never be opened, read and closed by other means while a
 // connection to it is open in this process: closing it drops SQLite's locks.

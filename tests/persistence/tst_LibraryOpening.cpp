@@ -1,6 +1,7 @@
 #include "files/FileError.h"
 #include "persistence/AppDirectories.h"
 #include "persistence/database/DatabaseError.h"
+#include "persistence/LibraryOpening.h"
 #include "testing/Await.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
@@ -83,6 +84,7 @@ TEST(LibraryOpening, AStoreIsClosedUntilItIsPreparedAndAfterItsShutdown)
     expectClosed();
     library.open();
     EXPECT_TRUE(await(library.store().books()).isEmpty());
+    EXPECT_TRUE(isHeldOpen(library.databasePath()));
     library.close();
     expectClosed();
     EXPECT_FALSE(isHeldOpen(library.databasePath()));
@@ -159,6 +161,27 @@ TEST(LibraryOpening, ALinkToTheDefaultFolderIsTheDefaultFolder)
         SQLiteValue(QStringLiteral("wal")));
 }
 
+TEST(LibraryOpening, TheConnectionKeepsTheRulesOfItsPlace)
+{
+    const OwnDataDirectory data;
+    const QString defaultFolder = AppDirectories::supportDirectory();
+    const struct
+    {
+        QString folder;
+        const char *journalMode;
+        int synchronous; // 1: normal, 2: full
+    } places[] = {{defaultFolder, "wal", 1}, {data.file(QStringLiteral("elsewhere")), "delete", 2}};
+    for (const auto &place : places) {
+        QDir().mkpath(place.folder);
+        const auto database
+            = LibraryOpening::openPrepared(place.folder + QStringLiteral("/quire.db"), place.folder, defaultFolder);
+        EXPECT_EQ(database->scalar("PRAGMA journal_mode"), SQLiteValue(QString::fromLatin1(place.journalMode)));
+        EXPECT_EQ(database->scalar("PRAGMA synchronous"), SQLiteValue(place.synchronous));
+        EXPECT_EQ(database->scalar("PRAGMA foreign_keys"), SQLiteValue(1));
+        EXPECT_EQ(database->scalar("PRAGMA busy_timeout"), SQLiteValue(5000));
+    }
+}
+
 TEST(LibraryOpening, AFileOfNoBytesIsAFreshLibrary)
 {
     TestLibrary library(TestLibrary::Start::Closed);
@@ -218,12 +241,15 @@ TEST(LibraryOpening, SecretsLeaveTheTableForTheCredentialFile)
     library.close();
     library.executeScript("INSERT INTO settings VALUES ('goodreadsRssKey', ' feed key '), ('netlifyToken', 'token'),"
                           " ('goodreadsUserID', '42');");
+    ASSERT_TRUE(bytesOf(library.databasePath()).contains("feed key"));
     library.open();
     EXPECT_EQ(library.scalar("SELECT group_concat(key) FROM settings"), SQLiteValue(QStringLiteral("goodreadsUserID")));
     const auto settings = await(library.store().settings());
     EXPECT_EQ(settings.value(QStringLiteral("goodreadsRssKey")), QStringLiteral("feed key"));
     EXPECT_EQ(settings.value(QStringLiteral("netlifyToken")), QStringLiteral("token"));
     EXPECT_EQ(settings.value(QStringLiteral("goodreadsUserID")), QStringLiteral("42"));
+    library.close();
+    EXPECT_FALSE(bytesOf(library.databasePath()).contains("feed key")) << "not even in what the file no longer uses";
 }
 
 TEST(LibraryOpening, ASecretInBothPlacesStaysTheOneOfTheFileAndABlankRowStays)
