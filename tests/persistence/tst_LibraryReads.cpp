@@ -1,12 +1,16 @@
+#include "persistence/BookRows.h"
+#include "persistence/CoverCache.h"
 #include "records/Failure.h"
 #include "testing/Await.h"
 #include "testing/TestLibrary.h"
+
+#include <QFile>
 
 #include <gmock/gmock.h>
 
 #include <random>
 
-#include <QFile>
+#include <sqlite3.h>
 
 using namespace quire;
 using namespace quire::testing;
@@ -260,6 +264,53 @@ TEST(LibraryReads, ACoverThatAnotherConnectionReplacesIsReadAnew)
     EXPECT_EQ(await(library.store().books()).first().coverData, CoverBytes(QByteArray("\x03\x04", 2)));
     library.execute("UPDATE goodreads_books SET cover_data = NULL");
     EXPECT_EQ(await(library.store().books()).first().coverData, std::nullopt);
+}
+
+TEST(LibraryReads, AnAudiobooksCoverThatAnotherConnectionReplacesIsReadAnew)
+{
+    TestLibrary library;
+    library.execute("INSERT INTO audible_books (asin, cover_data) VALUES ('1', x'0102')");
+    EXPECT_EQ(await(library.store().audiobooks()).first().coverData, CoverBytes(QByteArray("\x01\x02", 2)));
+    library.execute("UPDATE audible_books SET cover_data = x'0304'");
+    EXPECT_EQ(await(library.store().audiobooks()).first().coverData, CoverBytes(QByteArray("\x03\x04", 2)));
+}
+
+TEST(LibraryReads, ACoverThatIsReplacedWhileTheLibraryIsClosedIsReadAnew)
+{
+    TestLibrary library;
+    // Two connections of the same short life, which count foreign changes alike.
+    for (const char byte : {1, 2}) {
+        library.close();
+        library.execute("INSERT OR REPLACE INTO goodreads_books (id, goodreads_id, title, cover_data) "
+                        "VALUES (1, '1', 'One', ?)",
+            {QByteArray(1, byte)});
+        library.open();
+        EXPECT_EQ(await(library.store().books()).first().coverData, CoverBytes(QByteArray(1, byte)));
+    }
+}
+
+TEST(LibraryReads, BooksAndTheirTagsAreOfOneMoment)
+{
+    TestLibrary library;
+    library.executeScript("INSERT INTO goodreads_books (id, goodreads_id, title) VALUES (1, '1', 'One');"
+                          "PRAGMA journal_mode = WAL;");
+    SQLiteDatabase database(library.databasePath());
+    // Writes a second book as soon as the books are being read, after the tags.
+    const auto onStatement = [](unsigned, void *context, void *, void *sql) {
+        if (QByteArrayView(static_cast<const char *>(sql)).contains("did-not-finish")) {
+            static_cast<TestLibrary *>(context)->executeScript(
+                "INSERT INTO goodreads_books (id, goodreads_id, title) VALUES (2, '2', 'Two');"
+                "INSERT INTO book_tags (book_id, tag) VALUES (2, 'tag');");
+        }
+        return 0;
+    };
+    sqlite3_trace_v2(database.handle(), SQLITE_TRACE_STMT, onStatement, &library);
+    CoverCache covers;
+    EXPECT_EQ(BookRows::all(database, covers).size(), 1);
+    sqlite3_trace_v2(database.handle(), 0, nullptr, nullptr);
+    const auto books = BookRows::all(database, covers);
+    ASSERT_EQ(books.size(), 2);
+    EXPECT_THAT(books[1].tags, ElementsAre(QStringLiteral("tag")));
 }
 
 TEST(LibraryReads, ABookAndAnAudiobookOfOneRowIdKeepTheirOwnCovers)

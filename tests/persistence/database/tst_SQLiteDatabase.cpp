@@ -154,9 +154,10 @@ TEST_F(SQLiteDatabaseTest, ATooLongListOfValuesFailsAsStep)
 TEST_F(SQLiteDatabaseTest, AFailureInTheMiddleOfAQueryDropsItsRows)
 {
     SQLiteDatabase database(file(QStringLiteral("a.db")));
-    const auto failure = thrownBy<DatabaseError>(
-        [&] { database.query("SELECT abs(column1) FROM (VALUES (1), (-9223372036854775808))"); });
-    EXPECT_EQ(failure, DatabaseError(Kind::Step, QStringLiteral("integer overflow")));
+    const char *const sql = "SELECT abs(column1) FROM (VALUES (1), (-9223372036854775808))";
+    const DatabaseError overflow(Kind::Step, QStringLiteral("integer overflow"));
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { database.query(sql); }), overflow);
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { database.scalar(sql); }), overflow) << "though the first row was good";
 }
 
 TEST_F(SQLiteDatabaseTest, AConstraintFailsAsStepAndLeavesTheConnectionUsable)
