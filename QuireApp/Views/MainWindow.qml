@@ -28,10 +28,6 @@ T.ApplicationWindow {
         onSettingsRequested: window.openSettings()
     }
 
-    T.Overlay.modal: Rectangle {
-        color: Qt.rgba(0, 0, 0, 0.22)
-    }
-
     RootView {
         anchors.fill: parent
         shell: window.shell

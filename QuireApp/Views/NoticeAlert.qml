@@ -33,6 +33,10 @@ T.Popup {
     }
     onOpened: button.forceActiveFocus(Qt.TabFocusReason)
 
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0, 0, 0, 0.22)
+    }
+
     enter: Transition {
         NumberAnimation {
             property: "opacity"

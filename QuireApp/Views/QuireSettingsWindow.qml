@@ -27,10 +27,6 @@ T.ApplicationWindow {
     minimumHeight: 620
     color: Theme.window
 
-    T.Overlay.modal: Rectangle {
-        color: Qt.rgba(0, 0, 0, 0.22)
-    }
-
     QuireSettingsView {
         anchors.fill: parent
         settings: window.shell.settings
