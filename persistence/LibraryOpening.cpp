@@ -64,7 +64,7 @@ std::unique_ptr<SQLiteDatabase> openPrepared(
 void migrateCredentials(SQLiteDatabase &database, const QuireCredentialStore &credentials)
 {
     QMap<QString, QString> rows;
-    for (const QString &key : {QStringLiteral("goodreadsRssKey"), QStringLiteral("netlifyToken")}) {
+    for (const QString &key : QuireCredentialStore::protectedKeys()) {
         if (const auto value = database.scalar("SELECT value FROM settings WHERE key = ?", {key})) {
             rows.insert(key, value->string({}));
         }

@@ -24,7 +24,6 @@ constexpr Field<Record, Value> field(const char *key, Value Record::*member)
     return {QLatin1StringView(key), member};
 }
 
-// The fields of each record, in order: the one place where their names stand.
 template<typename Record>
 const auto &fieldsOf();
 
