@@ -1,4 +1,5 @@
 #include "persistence/database/DatabaseError.h"
+#include "persistence/QuireCredentialStore.h"
 #include "testing/Await.h"
 #include "testing/ImportRecords.h"
 #include "testing/TestLibrary.h"
@@ -95,15 +96,28 @@ TEST(SettingsRows, AnOldRowOfAProtectedKeyIsNeverReadAndGoesWithTheNextWrite)
     EXPECT_EQ(rowCount(library), 0);
 }
 
+TEST(SettingsRows, TheSecretsOfTheFileLieOverTheRowsAndNothingElseOfItDoes)
+{
+    TestLibrary library;
+    setRow(library, token, text("old"));
+    setRow(library, tab, text("books"));
+    const QuireCredentialStore file(library.file(text("Credentials.plist")));
+    file.set(text("new"), token);
+    file.set(text("from the file"), tab);
+    EXPECT_EQ(await(library.store().settings()), (SettingsMap{{token, text("new")}, {tab, text("books")}}));
+}
+
 TEST(SettingsRows, ACredentialFileThatIsGarbageReadsAsNone)
 {
     TestLibrary library;
+    await(library.store().setSetting(tab, text("books")));
     await(library.store().setSetting(token, text("secret")));
     QFile file(library.file(text("Credentials.plist")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write("garbage");
     file.close();
     EXPECT_EQ(await(library.store().setting(token)), std::nullopt);
+    EXPECT_EQ(await(library.store().settings()), (SettingsMap{{tab, text("books")}}));
 }
 
 TEST(SettingsRows, AFailureAtTheCredentialFileLeavesTheTableAsItWas)
