@@ -10,9 +10,13 @@ namespace quire {
 namespace {
 
 // The network layer reports a status of 400 and more as an error too; those are
-// whole answers. Its other errors can strike after a status was received.
-bool isVerdictOnStatus(QNetworkReply::NetworkError error)
+// whole answers. Its other errors can strike after a status was received, and it
+// reports a body that it cannot unpack by one of the same.
+bool isVerdictOnStatus(QNetworkReply::NetworkError error, int status)
 {
+    if (status < 400) {
+        return false;
+    }
     switch (error) {
     case QNetworkReply::ProxyAuthenticationRequiredError: // 407
     case QNetworkReply::ContentAccessDenied:
@@ -65,11 +69,12 @@ TransportError::Kind kindOf(QNetworkReply::NetworkError error)
 std::exception_ptr transportFailure(const QNetworkReply &reply)
 {
     const QNetworkReply::NetworkError error = reply.error();
-    const bool hasStatus = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    if (hasStatus && (error == QNetworkReply::NoError || isVerdictOnStatus(error))) {
+    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (status.isValid() && (error == QNetworkReply::NoError || isVerdictOnStatus(error, status.toInt()))) {
         return nullptr;
     }
-    if (error == QNetworkReply::NoError || error == QNetworkReply::ProtocolFailure) {
+    if (error == QNetworkReply::NoError || error == QNetworkReply::ProtocolFailure
+        || error == QNetworkReply::UnknownContentError) {
         return std::make_exception_ptr(ServiceError::invalidResponse());
     }
     return std::make_exception_ptr(TransportError(kindOf(error), error, reply.errorString()));

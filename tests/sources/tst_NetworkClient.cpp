@@ -428,6 +428,50 @@ TEST_F(NetworkClientTest, ACompressedBodyIsMeasuredUnpacked)
     EXPECT_EQ(transportErrorOf(server.url(u"/")).kind(), Kind::BodyTooLong);
 }
 
+TEST_F(NetworkClientTest, ACompressedBodyThatCannotBeUnpackedIsAFailure)
+{
+    const QByteArray zlib = qCompress(QByteArray(10'000, 'x') + "</rss>").sliced(4);
+    QByteArray damaged = zlib;
+    damaged[zlib.size() / 2] = char(~damaged[zlib.size() / 2]);
+    for (const QByteArray &body : {QByteArray("<rss/> and not packed"), damaged}) {
+        server.route(u"/", LoopbackReply::ok(body).header("Content-Encoding", "deflate"));
+        EXPECT_EQ(serviceErrorOf(server.url(u"/")).kind(), ServiceError::Kind::InvalidResponse);
+    }
+}
+
+// What a failure tells. --------------------------------------------------------------
+
+// The address may hold a secret, and descriptions go to the log and to the screen.
+class FailingReply : public NetworkClientTest, public ::testing::WithParamInterface<LoopbackReply>
+{
+};
+
+TEST_P(FailingReply, IsDescribedWithoutItsAddress)
+{
+    server.route(u"/feed", GetParam());
+    try {
+        get(u"/feed?key=s3cret", 300ms);
+        FAIL() << "no failure";
+    } catch (const Failure &failure) {
+        EXPECT_FALSE(failure.description().isEmpty());
+        EXPECT_FALSE(failure.description().contains(QStringLiteral("s3cret"))) << qPrintable(failure.description());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Replies, FailingReply,
+    ::testing::Values(LoopbackReply::silence(), LoopbackReply::hangUp(), LoopbackReply::raw("SSH-2.0-OpenSSH_9.2\r\n"),
+        LoopbackReply::ok("x").dripping(1s), LoopbackReply::ok(QByteArray(1000, 'x')).cutAfter(500),
+        LoopbackReply::withStatus(503, QByteArray(1000, 'x')).cutAfter(500),
+        LoopbackReply::withStatus(503, QByteArray(1000, 'x')).chunked().cutAfter(500),
+        LoopbackReply::ok("not packed").header("Content-Encoding", "deflate"),
+        LoopbackReply::withStatus(404, "not packed").header("Content-Encoding", "deflate"),
+        LoopbackReply::withStatus(401).header("WWW-Authenticate", "Basic realm=\"x\""),
+        LoopbackReply::withStatus(407).header("Proxy-Authenticate", "Basic realm=\"x\""),
+        LoopbackReply::withStatus(400), LoopbackReply::withStatus(403), LoopbackReply::withStatus(418),
+        LoopbackReply::withStatus(503), LoopbackReply::withStatus(600), LoopbackReply::redirect("/feed?key=s3cret"),
+        LoopbackReply::redirect("file:///feed?key=s3cret"),
+        LoopbackReply::redirect("http://nowhere.invalid/?key=s3cret")));
+
 // Cancelling. ------------------------------------------------------------------------
 
 TEST_F(NetworkClientTest, AStopEndsTheRequestAtOnce)
