@@ -31,6 +31,7 @@
 
 #include <QCoroTask>
 
+#include <QFuture>
 #include <QObject>
 
 #include <functional>
@@ -191,6 +192,7 @@ private:
 
     // Life.
     QCoro::Task<bool> beginSession();
+    QCoro::Task<> endSession();
     void reportFailedStart(const QString &description);
     void settleTab(const QString &storedWord);
     void refreshSelection();
@@ -257,7 +259,8 @@ private:
     TaskSlot m_selectedTabSaveTask;
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search
-    bool m_sessionDidBegin = false; // a session record awaits its end
+    bool m_isShuttingDown = false; // what is left of start() ends at its next step
+    std::optional<QFuture<bool>> m_session; // its beginning, while its record awaits its end
 };
 
 template<typename Result>

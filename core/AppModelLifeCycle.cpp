@@ -64,17 +64,17 @@ QCoro::Task<> AppModel::start()
     try {
         const auto beginning = beginSession();
         const bool recoveringFromCrash = co_await beginning;
-        if (!self) {
-            co_return;
+        if (!self || m_isShuttingDown) {
+            co_return; // or the library would be open again after its end
         }
         const auto preparing = m_store->prepare(recoveringFromCrash);
         co_await preparing;
-        if (!self) {
+        if (!self || m_isShuttingDown) {
             co_return;
         }
         const auto loading = reload();
         co_await loading;
-        if (!self) {
+        if (!self || m_isShuttingDown) {
             co_return;
         }
     } catch (const std::exception &error) {
@@ -97,13 +97,29 @@ QCoro::Task<bool> AppModel::beginSession()
     if (!m_sessionHealth) {
         co_return false;
     }
-    const QPointer self(this);
     const auto beginning = beginSessionRecord(*m_sessionHealth, m_dependencies.clock.now());
-    const bool recoveringFromCrash = co_await beginning;
-    if (self) {
-        m_sessionDidBegin = true;
+    m_session = beginning;
+    co_return co_await beginning;
+}
+
+QCoro::Task<> AppModel::endSession()
+{
+    if (!m_session) {
+        co_return;
     }
-    co_return recoveringFromCrash;
+    const QPointer self(this);
+    try {
+        const auto beginning = *m_session; // its record may still be on the way to the disk
+        m_session.reset();
+        co_await beginning;
+        if (!self) {
+            co_return;
+        }
+        const auto ending = endSessionRecord(*m_sessionHealth, m_dependencies.clock.now());
+        co_await ending;
+    } catch (const std::exception &) {
+        // There was none, or the next start checks the library without need.
+    }
 }
 
 void AppModel::reportFailedStart(const QString &description)
@@ -188,20 +204,15 @@ void AppModel::refreshSelection()
 QCoro::Task<> AppModel::shutdown()
 {
     const QPointer self(this);
+    m_isShuttingDown = true;
     m_toastTask.cancel();
     m_selectedTabSaveTask.cancel();
 
     const auto closing = m_store->shutdown();
     co_await closing;
-    if (!self || !m_sessionDidBegin) {
-        co_return;
-    }
-    m_sessionDidBegin = false;
-    try {
-        const auto ending = endSessionRecord(*m_sessionHealth, m_dependencies.clock.now());
+    if (self) {
+        const auto ending = endSession();
         co_await ending;
-    } catch (const std::exception &) {
-        // The next start then checks the library without need.
     }
 }
 

@@ -361,6 +361,32 @@ TEST_F(AppModelLifeCycle, ShutdownClosesTheLibraryAndEndsTheTasks)
     EXPECT_TRUE(logLines().isEmpty());
 }
 
+TEST_F(AppModelLifeCycle, AShutdownInTheMiddleOfAStartIsTheLastWord)
+{
+    configureGoodreads();
+    serveFeed({QStringLiteral("Emma")});
+    for (int step = 0; step < 8; ++step) {
+        makeModel(true);
+        auto starting = model->start();
+        for (int turn = 0; turn < step; ++turn) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+        }
+        const bool wasReady = model->isReady();
+
+        await(model->shutdown());
+        await(std::move(starting));
+
+        EXPECT_THROW(await(model->reload()), DatabaseError) << step; // nothing opened it again
+        ASSERT_TRUE(session()) << step;
+        EXPECT_TRUE(session()->clean) << step;
+        if (!wasReady) {
+            EXPECT_EQ(model->notice(), std::nullopt) << step;
+            EXPECT_FALSE(model->isReady()) << step;
+        }
+        model.reset();
+    }
+}
+
 TEST_F(AppModelLifeCycle, ShutdownIgnoresASessionThatCannotBeClosed)
 {
     startWithSession();
