@@ -24,6 +24,8 @@ void CoverPicture::setSource(const CoverSource &source)
         return;
     }
     m_source = source;
+    m_wantedKey.clear(); // it may be the one before again, which is not shown any more
+    m_work.request_stop();
     show({}); // never another title's cover, not for one frame
     polish();
     Q_EMIT sourceChanged();

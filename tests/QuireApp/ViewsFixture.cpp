@@ -2,6 +2,9 @@
 
 #include "testing/Await.h"
 
+#include <QBuffer>
+#include <QImage>
+
 namespace quire {
 
 using testing::await;
@@ -48,6 +51,17 @@ void ViewsFixture::showNotice(const QString &title, const QString &message)
 QString ViewsFixture::selectedTitle() const
 {
     return m_model->selectedBook() ? m_model->selectedBook()->title : QString();
+}
+
+CoverSource ViewsFixture::cover(const QColor &color) const
+{
+    QImage image(20, 30, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "png");
+    return {color.name(), CoverBytes(bytes)};
 }
 
 } // namespace quire

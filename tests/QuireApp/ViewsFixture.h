@@ -6,10 +6,12 @@
 #pragma once
 
 #include "core/AppModel.h"
+#include "QuireApp/Covers/CoverSource.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
 #include "sources/NetworkClient.h"
 #include "testing/TestLibrary.h"
 
+#include <QColor>
 #include <QObject>
 
 #include <memory>
@@ -32,6 +34,8 @@ public:
     Q_INVOKABLE void showNotice(const QString &title, const QString &message);
     Q_INVOKABLE bool hasNotice() const { return m_model->notice().has_value(); }
     Q_INVOKABLE QString selectedTitle() const;
+    // A cover that is all of one colour.
+    Q_INVOKABLE quire::CoverSource cover(const QColor &color) const;
 
 private:
     testing::TestLibrary m_library{testing::TestLibrary::Start::Closed};
