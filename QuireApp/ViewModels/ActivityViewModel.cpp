@@ -5,6 +5,18 @@
 
 namespace quire {
 
+namespace {
+
+// A failing service's own page may be megabytes long; laying all of it out would
+// hold the interface.
+QString readable(const QString &text)
+{
+    constexpr qsizetype longest = 10'000;
+    return text.size() > longest ? text.left(longest) + u'…' : text;
+}
+
+} // namespace
+
 ActivityViewModel::ActivityViewModel(AppModel &model, QObject *parent)
     : QObject(parent)
     , m_model(model)
@@ -40,7 +52,7 @@ bool ActivityViewModel::showsOverlay() const
 
 QString ActivityViewModel::toast() const
 {
-    return m_model.toastMessage().value_or(QString());
+    return readable(m_model.toastMessage().value_or(QString()));
 }
 
 bool ActivityViewModel::hasNotice() const
@@ -55,7 +67,7 @@ QString ActivityViewModel::noticeTitle() const
 
 QString ActivityViewModel::noticeMessage() const
 {
-    return hasNotice() ? m_model.notice()->message : QString();
+    return hasNotice() ? readable(m_model.notice()->message) : QString();
 }
 
 void ActivityViewModel::dismissNotice()

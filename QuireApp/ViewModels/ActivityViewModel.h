@@ -25,7 +25,8 @@ class ActivityViewModel : public QObject
     // Jobs with a button in the sidebar show their progress there instead.
     Q_PROPERTY(bool showsOverlay READ showsOverlay NOTIFY workChanged)
 
-    // Empty when there is none.
+    // Empty when there is none. Of a text of more than 10,000 code units only the
+    // start is shown; the message of a notice likewise.
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
 
     Q_PROPERTY(bool hasNotice READ hasNotice NOTIFY noticeChanged)

@@ -58,6 +58,27 @@ TEST_F(ActivityViewModelTest, ToastsComeFromTheModel)
     EXPECT_EQ(changed.size(), 2);
 }
 
+// A failing service's own page can be megabytes, and laying it out would hold the
+// interface for as long as it takes.
+TEST_F(ActivityViewModelTest, WhatIsTooLongToReadIsShownFromItsStart)
+{
+    makeModel();
+    const ActivityViewModel activity(*model);
+    const QString page = QStringLiteral("<html>") + QString(5'000'000, u'x');
+    model->setNotice(AppNotice::error(QStringLiteral("Goodreads Sync Failed"), page));
+    model->showToast(page, std::chrono::milliseconds(7000));
+    for (const QString &shown : {activity.noticeMessage(), activity.toast()}) {
+        EXPECT_EQ(shown.size(), 10'001);
+        EXPECT_TRUE(shown.startsWith(QStringLiteral("<html>xxx")));
+        EXPECT_TRUE(shown.endsWith(QStringLiteral("x…")));
+    }
+    EXPECT_EQ(model->notice()->message, page);
+
+    const QString longest(10'000, u'x');
+    model->setNotice(AppNotice::error(QStringLiteral("Goodreads Sync Failed"), longest));
+    EXPECT_EQ(activity.noticeMessage(), longest);
+}
+
 } // namespace
 
 } // namespace quire
