@@ -61,13 +61,13 @@ SidebarBackground sidebarBackground(SidebarAppearance appearance, const CustomAc
     };
     switch (appearance) {
     case SidebarAppearance::Snow:
-        return plain(ThemePalette::snow);
+        return plain(AccentPalette::snow);
     case SidebarAppearance::Fjord:
-        return plain(ThemePalette::fjord);
+        return plain(AccentPalette::fjord);
     case SidebarAppearance::Pine:
-        return plain(ThemePalette::pine);
+        return plain(AccentPalette::pine);
     case SidebarAppearance::Cabin:
-        return plain(ThemePalette::cabin);
+        return plain(AccentPalette::cabin);
     case SidebarAppearance::Glass:
         return {glassBase(accent), withOpacity(ThemePalette::toColor(accent), 0.035), withOpacity(Qt::black, 0.02)};
     }

@@ -23,13 +23,13 @@ CustomAccentColor color(AccentColorChoice choice)
 {
     switch (choice) {
     case AccentColorChoice::Snow:
-        return snow;
+        return AccentPalette::snow;
     case AccentColorChoice::Fjord:
-        return fjord;
+        return AccentPalette::fjord;
     case AccentColorChoice::Pine:
-        return pine;
+        return AccentPalette::pine;
     case AccentColorChoice::Cabin:
-        return cabin;
+        return AccentPalette::cabin;
     }
     Q_UNREACHABLE();
 }

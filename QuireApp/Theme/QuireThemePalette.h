@@ -1,12 +1,10 @@
-// The colours of the program as numbers: the Nordic palette, the accent and the
-// rule that derives every surface from it.
+// The accent as numbers and the rule that derives every surface from it.
 //
 // Thread: plain values and pure functions, any thread.
 
 #pragma once
 
-#include "records/CustomAccentColor.h"
-#include "records/Enumerations.h"
+#include "records/AccentPalette.h"
 
 #include <QColor>
 
@@ -18,18 +16,14 @@ namespace quire {
 // chooses. Make one with ThemePalette::palette.
 struct QuireThemePalette
 {
-    QColor accent = QColor::fromRgbF(66 / 255.0F, 111 / 255.0F, 131 / 255.0F);
-    CustomAccentColor rgb{66 / 255.0, 111 / 255.0, 131 / 255.0};
+    QColor accent = QColor::fromRgbF(
+        float(AccentPalette::fjord.red), float(AccentPalette::fjord.green), float(AccentPalette::fjord.blue));
+    CustomAccentColor rgb = AccentPalette::fjord;
 
     bool operator==(const QuireThemePalette &) const = default;
 };
 
 namespace ThemePalette {
-
-inline constexpr CustomAccentColor snow{247 / 255.0, 247 / 255.0, 242 / 255.0};
-inline constexpr CustomAccentColor fjord{66 / 255.0, 111 / 255.0, 131 / 255.0};
-inline constexpr CustomAccentColor pine{38 / 255.0, 79 / 255.0, 71 / 255.0};
-inline constexpr CustomAccentColor cabin{203 / 255.0, 93 / 255.0, 82 / 255.0};
 
 // Text and symbols on light surfaces.
 QColor quireInk();

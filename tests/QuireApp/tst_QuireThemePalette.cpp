@@ -22,8 +22,8 @@ TEST(ThemePalette, TheNordicColoursHaveTheirEightBitValues)
     EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Fjord))), QStringLiteral("#426f83"));
     EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Pine))), QStringLiteral("#264f47"));
     EXPECT_EQ(hex(ThemePalette::toColor(ThemePalette::color(AccentColorChoice::Cabin))), QStringLiteral("#cb5d52"));
-    EXPECT_EQ(QuireThemePalette().rgb, ThemePalette::fjord);
-    EXPECT_EQ(QuireThemePalette(), ThemePalette::palette(ThemePalette::fjord));
+    EXPECT_EQ(QuireThemePalette().rgb, AccentPalette::fjord);
+    EXPECT_EQ(QuireThemePalette(), ThemePalette::palette(AccentPalette::fjord));
 }
 
 TEST(ThemePalette, AWhiteAccentGivesInkOnProminentButtonsAndTintsOfPureWhite)
@@ -36,21 +36,21 @@ TEST(ThemePalette, AWhiteAccentGivesInkOnProminentButtonsAndTintsOfPureWhite)
 
 TEST(ThemePalette, ACustomColourThatIsWantedButAbsentFallsToTheChoice)
 {
-    EXPECT_EQ(ThemePalette::accentInForce(true, std::nullopt, AccentColorChoice::Pine), ThemePalette::pine);
+    EXPECT_EQ(ThemePalette::accentInForce(true, std::nullopt, AccentColorChoice::Pine), AccentPalette::pine);
     EXPECT_EQ(ThemePalette::accentInForce(true, white, AccentColorChoice::Pine), white);
-    EXPECT_EQ(ThemePalette::accentInForce(false, white, AccentColorChoice::Pine), ThemePalette::pine);
+    EXPECT_EQ(ThemePalette::accentInForce(false, white, AccentColorChoice::Pine), AccentPalette::pine);
 }
 
 TEST(ThemePalette, CabinIsDarkEnoughForWhiteText)
 {
-    EXPECT_NEAR(ThemePalette::luminance(ThemePalette::cabin), 0.44, 0.02);
-    EXPECT_EQ(ThemePalette::foregroundOnAccent(ThemePalette::cabin), QColor(Qt::white));
+    EXPECT_NEAR(ThemePalette::luminance(AccentPalette::cabin), 0.44, 0.02);
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(AccentPalette::cabin), QColor(Qt::white));
 }
 
 TEST(ThemePalette, SnowTakesInkAtBothThresholdsAndAColourBetweenThemOnlyInTheCatalogue)
 {
-    EXPECT_EQ(ThemePalette::foregroundOnAccent(ThemePalette::snow), ThemePalette::quireInk());
-    EXPECT_EQ(ThemePalette::catalogForegroundOnAccent(ThemePalette::snow), ThemePalette::quireInk());
+    EXPECT_EQ(ThemePalette::foregroundOnAccent(AccentPalette::snow), ThemePalette::quireInk());
+    EXPECT_EQ(ThemePalette::catalogForegroundOnAccent(AccentPalette::snow), ThemePalette::quireInk());
     constexpr CustomAccentColor between{0.75, 0.75, 0.75};
     EXPECT_EQ(ThemePalette::foregroundOnAccent(between), QColor(Qt::white));
     EXPECT_EQ(ThemePalette::catalogForegroundOnAccent(between), ThemePalette::quireInk());
@@ -71,23 +71,58 @@ TEST(ThemePalette, StoredNumbersOutOfRangeStillMakeAColour)
 
 TEST(SidebarPalette, ADarkSidebarKeepsItsWhiteTextUnderASnowAccent)
 {
-    const QuireSidebarPalette palette = sidebarPalette(SidebarAppearance::Fjord, ThemePalette::snow);
+    const QuireSidebarPalette palette = sidebarPalette(SidebarAppearance::Fjord, AccentPalette::snow);
     EXPECT_EQ(palette.foreground, QColor(Qt::white));
     EXPECT_NEAR(palette.selection.alphaF(), 0.16, 0.001);
     EXPECT_EQ(hex(palette.selection), QStringLiteral("#ffffff"));
-    const QColor tint = ThemePalette::accentTint(ThemePalette::snow, 0.24);
+    const QColor tint = ThemePalette::accentTint(AccentPalette::snow, 0.24);
     EXPECT_GT(tint.blueF(), 0.98);
+}
+
+// Colour and opacity of a sidebar's entry, to the thousandth.
+void expectColor(const QColor &color, const QColor &expected, double opacity)
+{
+    EXPECT_EQ(hex(color), hex(expected));
+    EXPECT_NEAR(color.alphaF(), opacity, 0.001);
+}
+
+TEST(SidebarPalette, DarkAppearancesTakeWhiteWhateverTheAccent)
+{
+    for (const auto appearance : {SidebarAppearance::Fjord, SidebarAppearance::Pine, SidebarAppearance::Cabin}) {
+        const QuireSidebarPalette palette = sidebarPalette(appearance, AccentPalette::cabin);
+        expectColor(palette.foreground, Qt::white, 1);
+        expectColor(palette.muted, Qt::white, 0.62);
+        expectColor(palette.searchForeground, ThemePalette::quireInk(), 1);
+        expectColor(palette.searchMuted, ThemePalette::quireInk(), 0.55);
+        expectColor(palette.searchFill, Qt::white, 0.92);
+        expectColor(palette.border, Qt::black, 0.12);
+        expectColor(palette.selection, Qt::white, 0.16);
+        expectColor(palette.hover, Qt::white, 0.08);
+    }
+}
+
+TEST(SidebarPalette, BeforeAnySettingIsReadItIsInkOnWhite)
+{
+    const QuireSidebarPalette palette;
+    expectColor(palette.foreground, ThemePalette::quireInk(), 1);
+    expectColor(palette.muted, ThemePalette::quireInk(), 0.62);
+    expectColor(palette.searchForeground, ThemePalette::quireInk(), 1);
+    expectColor(palette.searchMuted, ThemePalette::quireInk(), 0.55);
+    expectColor(palette.searchFill, Qt::white, 1);
+    expectColor(palette.border, Qt::black, 0.08);
+    expectColor(palette.selection, Qt::black, 0.06);
+    expectColor(palette.hover, Qt::black, 0.035);
 }
 
 TEST(SidebarPalette, LightAppearancesAreTintedByTheAccent)
 {
     for (const SidebarAppearance appearance : {SidebarAppearance::Snow, SidebarAppearance::Glass}) {
-        const QuireSidebarPalette palette = sidebarPalette(appearance, ThemePalette::cabin);
+        const QuireSidebarPalette palette = sidebarPalette(appearance, AccentPalette::cabin);
         EXPECT_EQ(palette.foreground, ThemePalette::quireInk());
         EXPECT_NEAR(palette.muted.alphaF(), 0.62, 0.001);
-        EXPECT_EQ(palette.searchFill, ThemePalette::accentTint(ThemePalette::cabin, 0.018));
-        EXPECT_EQ(palette.selection, ThemePalette::accentTint(ThemePalette::cabin, 0.24));
-        EXPECT_EQ(palette.hover, ThemePalette::accentTint(ThemePalette::cabin, 0.07));
+        EXPECT_EQ(palette.searchFill, ThemePalette::accentTint(AccentPalette::cabin, 0.018));
+        EXPECT_EQ(palette.selection, ThemePalette::accentTint(AccentPalette::cabin, 0.24));
+        EXPECT_EQ(palette.hover, ThemePalette::accentTint(AccentPalette::cabin, 0.07));
         EXPECT_NEAR(palette.border.alphaF(), 0.75, 0.001);
     }
 }
@@ -96,7 +131,7 @@ TEST(SidebarPalette, TheSearchTextIsInkOnEverySurface)
 {
     for (const auto appearance : {SidebarAppearance::Snow, SidebarAppearance::Fjord, SidebarAppearance::Pine,
              SidebarAppearance::Cabin, SidebarAppearance::Glass}) {
-        const QuireSidebarPalette palette = sidebarPalette(appearance, ThemePalette::fjord);
+        const QuireSidebarPalette palette = sidebarPalette(appearance, AccentPalette::fjord);
         EXPECT_EQ(palette.searchForeground, ThemePalette::quireInk());
         EXPECT_NEAR(palette.searchMuted.alphaF(), 0.55, 0.001);
     }
@@ -104,15 +139,30 @@ TEST(SidebarPalette, TheSearchTextIsInkOnEverySurface)
 
 TEST(SidebarBackground, NamedAppearancesArePlainAndGlassIsAGradientOfTheAccent)
 {
-    const SidebarBackground pine = sidebarBackground(SidebarAppearance::Pine, ThemePalette::cabin);
-    EXPECT_EQ(pine.base, ThemePalette::toColor(ThemePalette::pine));
+    const SidebarBackground pine = sidebarBackground(SidebarAppearance::Pine, AccentPalette::cabin);
+    EXPECT_EQ(pine.base, ThemePalette::toColor(AccentPalette::pine));
     EXPECT_EQ(pine.gradientTop.alpha(), 0);
     EXPECT_EQ(pine.gradientBottom.alpha(), 0);
 
-    const SidebarBackground glass = sidebarBackground(SidebarAppearance::Glass, ThemePalette::cabin);
+    const SidebarBackground glass = sidebarBackground(SidebarAppearance::Glass, AccentPalette::cabin);
     EXPECT_EQ(hex(glass.gradientTop), QStringLiteral("#cb5d52"));
     EXPECT_NEAR(glass.gradientTop.alphaF(), 0.035, 0.001);
     EXPECT_NEAR(glass.gradientBottom.alphaF(), 0.02, 0.001);
+}
+
+TEST(Theme, NamedSurfacesAreTintsOfTheAccent)
+{
+    Theme theme(nullptr);
+    theme.setAppearance(AccentPalette::cabin, SidebarAppearance::Snow, InterfaceFontChoice::AvenirNext);
+    const auto tint = [](double factor) { return ThemePalette::accentTint(AccentPalette::cabin, factor); };
+    EXPECT_EQ(theme.window(), tint(0.012));
+    EXPECT_EQ(theme.field(), tint(0.018));
+    EXPECT_EQ(theme.hover(), tint(0.07));
+    EXPECT_EQ(theme.emptyCover(), tint(0.09));
+    EXPECT_EQ(theme.pill(), tint(0.12));
+    EXPECT_EQ(theme.edge(), tint(0.24));
+    EXPECT_EQ(theme.card(), tint(0.3));
+    EXPECT_EQ(hex(theme.ink()), QStringLiteral("#2e2626"));
 }
 
 TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)

@@ -16,7 +16,7 @@ public Q_SLOTS:
     {
         engine->addImportPath(QStringLiteral(":/qt/qml"));
         m_theme.setAppearance(
-            quire::ThemePalette::cabin, quire::SidebarAppearance::Pine, quire::InterfaceFontChoice::AvenirNext);
+            quire::AccentPalette::cabin, quire::SidebarAppearance::Pine, quire::InterfaceFontChoice::AvenirNext);
         quire::Theme::serve(*engine, m_theme);
         m_fixture = std::make_unique<quire::ViewsFixture>();
         engine->rootContext()->setContextProperty(QStringLiteral("fixture"), m_fixture.get());
