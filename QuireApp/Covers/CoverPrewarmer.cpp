@@ -18,10 +18,18 @@ qsizetype storedCovers(const QList<Record> &titles)
     return std::count_if(titles.begin(), titles.end(), [](const Record &title) { return title.coverData.has_value(); });
 }
 
-void append(QList<ArtworkCacheEntry> &entries, const CoverSource &source)
+// Up to the limit, and no title looked at beyond it.
+template<typename Record>
+void append(QList<ArtworkCacheEntry> &entries, const QList<Record> &titles,
+    CoverSource (*sourceOf)(qint64, const std::optional<CoverBytes> &))
 {
-    if (source.isPresent() && entries.size() < prewarmLimit) {
-        entries.append({source.resolvedCacheKey(), *source.data()});
+    for (const Record &title : titles) {
+        if (entries.size() == prewarmLimit) {
+            return;
+        }
+        if (title.coverData) {
+            entries.append({sourceOf(title.id, title.coverData).resolvedCacheKey(), *title.coverData});
+        }
     }
 }
 
@@ -43,12 +51,8 @@ QString artworkCacheSignature(const AppModel &model)
 QList<ArtworkCacheEntry> prewarmEntries(const AppModel &model)
 {
     QList<ArtworkCacheEntry> entries;
-    for (const Book &book : model.books()) {
-        append(entries, CoverSource::ofBook(book.id, book.coverData));
-    }
-    for (const Audiobook &audiobook : model.audiobooks()) {
-        append(entries, CoverSource::ofAudiobook(audiobook.id, audiobook.coverData));
-    }
+    append(entries, model.books(), CoverSource::ofBook);
+    append(entries, model.audiobooks(), CoverSource::ofAudiobook);
     return entries;
 }
 
