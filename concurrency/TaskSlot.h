@@ -25,9 +25,8 @@ public:
     TaskSlot &operator=(const TaskSlot &) = delete;
 
     // Cancels what is in the slot, then runs `work` detached with a fresh
-    // token. `work` must be a captureless lambda or a function that takes what
-    // it needs as parameters bound here: the callable outlives the call, so
-    // captures stay valid for as long as the task runs.
+    // token. The slot keeps `work` until the task has ended, so what it captured
+    // stays valid in every step of a coroutine lambda too.
     void start(std::function<QCoro::Task<>(std::stop_token)> work);
 
     // Asks the task to stop and empties the slot. Harmless on an empty slot.

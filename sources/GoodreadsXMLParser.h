@@ -4,7 +4,8 @@
 // The document comes from outside, so the parse also ends where it would cost
 // too much: at elements nested deeper than 256, at an item of more than 4 MiB,
 // after 100,000 books, twice the largest library that Quire is measured with,
-// and after more elements and attributes than so many books have. No entity is known but the five of XML itself.
+// and after more elements and attributes than so many books have. No entity is
+// known but the five of XML itself.
 //
 // Thread: any; a parser lives for one document on one thread.
 

@@ -3,7 +3,7 @@ import QtQuick
 import Quire
 
 Item {
-    id: state
+    id: empty
 
     required property string systemImage
     required property string title
@@ -23,7 +23,7 @@ Item {
 
         SymbolPicture {
             anchors.centerIn: parent
-            name: state.systemImage
+            name: empty.systemImage
             size: 21
             color: Theme.mark
         }
@@ -39,14 +39,14 @@ Item {
         QuireText {
             width: parent.width
             elide: Text.ElideRight
-            text: state.title
+            text: empty.title
             size: 14
             weight: Font.DemiBold
         }
         QuireText {
             width: parent.width
             elide: Text.ElideRight
-            text: state.detail
+            text: empty.detail
             size: 12
             color: Theme.secondary
         }
