@@ -238,6 +238,21 @@ TEST(LibraryEdits, ABookOfTheCatalogueKeepsItsIdentifierAndCoverAddress)
     EXPECT_EQ(everything(library), before);
 }
 
+TEST(LibraryEdits, OnlyATitleAddedAsReadHasADateOfReading)
+{
+    TestLibrary library;
+    for (const char *word : {"to-read", "currently-reading", "reading", "did-not-finish", "Read", ""}) {
+        ManualBookDraft made = draft();
+        made.shelf = text(word);
+        const qint64 book = await(library.store().addManualBook(made, std::nullopt));
+        EXPECT_EQ(bookRow(library, book).value(text("read_at")), null) << word;
+        AudibleCatalogBook typed;
+        typed.title = text("Typed");
+        const qint64 audiobook = await(library.store().addAudiobook(typed, text(word), std::nullopt, std::nullopt));
+        EXPECT_EQ(audiobookRow(library, audiobook).value(text("finished_at")), null) << word;
+    }
+}
+
 TEST(LibraryEdits, ABookWithoutArtworkIsStillMarkedManual)
 {
     TestLibrary library;
