@@ -13,7 +13,7 @@ FocusScope {
 
     required property LibraryViewModel library
 
-    readonly property int sidePadding: 24
+    readonly property int sidePadding: 16
     readonly property int columnSpacing: 28
     readonly property int rowSpacing: 18
     readonly property int cardWidth: 142
@@ -52,7 +52,7 @@ FocusScope {
         anchors.rightMargin: view.sidePadding - view.columnSpacing // past the edge by what follows no column
         leftMargin: view.sidePadding
         topMargin: 16 + controls.implicitHeight + 16 + 10
-        bottomMargin: paging.implicitHeight
+        bottomMargin: paging.implicitHeight - view.rowSpacing // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing
         cacheBuffer: 2 * cellHeight
@@ -76,7 +76,7 @@ FocusScope {
         id: paging
 
         x: view.sidePadding
-        y: grid.contentHeight - grid.contentY
+        y: grid.contentHeight - view.rowSpacing - grid.contentY
         width: view.width - 2 * view.sidePadding
         visible: grid.count > 0
         library: view.library

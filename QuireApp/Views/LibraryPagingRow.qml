@@ -13,7 +13,7 @@ Item {
     // The keyboard has come to the row, which may be out of sight.
     signal focusEntered
 
-    implicitHeight: paging.library.showsPaging ? 28 + 18 + 24 : 24
+    implicitHeight: paging.library.showsPaging ? 18 + 28 + 8 : 8
 
     Row {
         anchors.horizontalCenter: parent.horizontalCenter

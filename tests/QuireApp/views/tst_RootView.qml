@@ -48,6 +48,7 @@ Item {
             fixture.shell.library.selectedTab = "insights";
             fixture.shell.library.selectedTab = "books";
             fixture.shell.library.selectedSort = "title";
+            fixture.shell.library.showPreviousPage(); // a list that stayed the same keeps its page
             settingsRequested.clear();
             wait(0);
         }
@@ -67,6 +68,21 @@ Item {
             tryVerify(() => named("View details for Book 37"));
             verify(!named("Next").enabled);
             verify(named("Previous").enabled);
+        }
+
+        function test_theGridKeepsItsMeasures() {
+            tryVerify(() => named("View details for Book 01"));
+            const columns = 5;
+            const place = number => named("View details for Book " + String(number).padStart(2, "0")).mapToItem(view, 0, 0);
+            const first = named("View details for Book 01");
+            compare([first.width, first.height].join(), "142,218");
+            compare(place(1).x, 218 + 16);
+            compare(place(2).x - place(1).x, 142 + 28);
+            compare(place(1 + columns).x, place(1).x);
+            compare(place(1 + columns).y - place(1).y, 218 + 18);
+            named("Next").clicked();
+            tryVerify(() => named("View details for Book 37"));
+            compare(named("Next").mapToItem(view, 0, 0).y - place(37).y, 218 + 18);
         }
 
         function test_aShelfWithOnePageShowsNoPaging() {
