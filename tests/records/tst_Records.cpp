@@ -240,6 +240,8 @@ TEST(Url, KeepsTheTextItArrivedInAndRefusesWhatIsNotAbsolute)
     EXPECT_FALSE(url(QStringLiteral("no url at all")));
     EXPECT_FALSE(url(QStringLiteral("https://example.org/a b")));
     EXPECT_FALSE(url(QStringLiteral("https://example.org/%zz")));
+    EXPECT_FALSE(url(QStringLiteral("https://example.org:99999/a")));
+    EXPECT_FALSE(url(QStringLiteral("https://example.org:port/a")));
 }
 
 } // namespace
