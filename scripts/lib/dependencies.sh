@@ -21,7 +21,7 @@ packages_run=(
 packages_fonts=(
     fonts-inter fonts-lato fonts-texgyre fonts-sil-charis fonts-noto-core
     fonts-adf-baskervald fonts-adf-gillius fonts-league-spartan fonts-linuxlibertine
-    fonts-droid-fallback
+    fonts-droid-fallback fonts-noto-color-emoji
 )
 
 packages_wayland=(qt6-wayland)
