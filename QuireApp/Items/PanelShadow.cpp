@@ -1,6 +1,5 @@
 #include "QuireApp/Items/PanelShadow.h"
 
-#include <QCache>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGNinePatchNode>
@@ -47,28 +46,30 @@ void blurAlpha(QImage &alpha, int blur)
 
 } // namespace
 
-int shadowMargin(int radius, int blur)
+QSize shadowPanel(const QSize &panel, int radius, int blur)
 {
-    return 2 * blur + radius;
+    const int corners = 2 * (radius + blur) + 1;
+    return panel.boundedTo({corners, corners});
 }
 
-QImage shadowPicture(int radius, int blur, int offset, qreal strength)
+QImage shadowPicture(const QSize &panel, int radius, int blur, int offset, qreal strength)
 {
-    const int side = 2 * shadowMargin(radius, blur) + 1;
-    QImage alpha(side, side, QImage::Format_Alpha8);
+    const QSize whole = panel + QSize(2 * blur, 2 * blur);
+    const QRectF place(QPointF(blur, blur), QSizeF(panel));
+    QImage alpha(whole, QImage::Format_Alpha8);
     alpha.fill(0);
     {
         QPainter painter(&alpha);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(Qt::black);
-        painter.drawRoundedRect(QRectF(blur, blur, side - 2 * blur, side - 2 * blur), radius, radius);
+        painter.drawRoundedRect(place, radius, radius);
     }
     blurAlpha(alpha, blur);
-    QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < side; ++y) {
+    QImage picture(whole, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < whole.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(picture.scanLine(y));
-        for (int x = 0; x < side; ++x) {
+        for (int x = 0; x < whole.width(); ++x) {
             line[x] = qRgba(0, 0, 0, int(std::lround(alpha.constScanLine(y)[x] * strength)));
         }
     }
@@ -77,8 +78,8 @@ QImage shadowPicture(int radius, int blur, int offset, qreal strength)
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::black);
-    const QRectF panel(blur, blur - offset, side - 2 * blur, side - 2 * blur);
-    painter.drawRoundedRect(panel.adjusted(1, 1, -1, -1), radius, radius); // no seam at the panel's smooth edge
+    const QRectF covered = place.translated(0, -offset);
+    painter.drawRoundedRect(covered.adjusted(1, 1, -1, -1), radius, radius); // no seam at the panel's smooth edge
     painter.end();
     return picture;
 }
@@ -104,18 +105,22 @@ QSGNode *PanelShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
     const int radius = int(std::lround(m_radius * ratio));
     const int blur = int(std::lround(m_blur * ratio));
     const int offset = int(std::lround(m_offset * ratio));
+    const QSize panel = shadowPanel((size() * ratio).toSize().expandedTo({1, 1}), radius, blur);
     if (!patch) {
         patch = window()->createNinePatchNode();
         m_textureStale = true;
     }
-    if (m_textureStale) {
-        patch->setTexture(window()->createTextureFromImage(shadowPicture(radius, blur, offset, m_strength)));
+    if (m_textureStale || panel != m_drawnPanel) {
+        patch->setTexture(window()->createTextureFromImage(shadowPicture(panel, radius, blur, offset, m_strength)));
         m_textureStale = false;
+        m_drawnPanel = panel;
     }
-    const qreal margin = shadowMargin(radius, blur);
+    // One pixel in the middle is stretched.
+    const int left = blur + (panel.width() - 1) / 2;
+    const int top = blur + (panel.height() - 1) / 2;
     patch->setBounds({-m_blur, m_offset - m_blur, width() + 2 * m_blur, height() + 2 * m_blur});
     patch->setDevicePixelRatio(ratio);
-    patch->setPadding(margin, margin, margin, margin);
+    patch->setPadding(left, top, panel.width() + 2 * blur - 1 - left, panel.height() + 2 * blur - 1 - top);
     patch->update();
     return patch;
 }

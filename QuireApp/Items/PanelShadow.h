@@ -39,13 +39,18 @@ private:
     qreal m_offset = 12; // downwards
     qreal m_strength = 0.30;
     bool m_textureStale = true;
+    QSize m_drawnPanel; // physical pixels
 };
 
-// The picture behind it, in physical pixels: a rounded rectangle of `radius`
-// blurred by `blur`, for a panel that stands `offset` above it. What the panel
-// covers is left out, so that nothing dark shows through one with holes.
-// shadowMargin: the pixels on each side before the stretchable middle.
-QImage shadowPicture(int radius, int blur, int offset, qreal strength);
-int shadowMargin(int radius, int blur);
+// The panel whose shadow is drawn for one of that size, in physical pixels: no
+// larger than its corners need, since the middle is stretched, and no larger
+// than the panel itself, since nothing is shrunk.
+QSize shadowPanel(const QSize &panel, int radius, int blur);
+
+// The picture behind it, in physical pixels: the rounded rectangle `panel` with
+// `blur` on each side, blurred by that, for a panel that stands `offset` above
+// it. What the panel covers is left out, so that nothing dark shows through one
+// with holes.
+QImage shadowPicture(const QSize &panel, int radius, int blur, int offset, qreal strength);
 
 } // namespace quire
