@@ -19,7 +19,12 @@ FocusScope {
     readonly property int cardWidth: 142
     readonly property int cardHeight: 218
 
-    readonly property int columns: Math.max(1, Math.floor((grid.width - grid.leftMargin) / grid.cellWidth))
+    // As many columns as fit between the paddings. What is left over stands on
+    // both sides, so that the wall is centred; the heading keeps its edges.
+    readonly property int columns: Math.max(1, Math.floor(
+        (view.width - 2 * view.sidePadding + view.columnSpacing) / grid.cellWidth))
+    readonly property int wallWidth: view.columns * grid.cellWidth - view.columnSpacing
+    readonly property int wallLeft: Math.max(view.sidePadding, Math.floor((view.width - view.wallWidth) / 2))
 
     signal bookPageChanged
 
@@ -36,21 +41,21 @@ FocusScope {
     LibraryControlsView {
         id: controls
 
-        x: view.sidePadding
+        x: view.wallLeft
         y: 16 - (grid.contentY + grid.topMargin)
         z: 1 // the grid's margin lies over it
-        width: view.width - 2 * view.sidePadding
+        width: view.wallWidth
         library: view.library
     }
 
     GridView {
         id: grid
 
-        anchors.fill: parent
-        // Columns are as many as fit between the paddings; the rest of the last
-        // cell is spacing that nothing follows.
-        anchors.rightMargin: view.sidePadding - view.columnSpacing // past the edge by what follows no column
-        leftMargin: view.sidePadding
+        // Past the edge, if need be, by the spacing that follows no column.
+        width: Math.max(view.width, view.wallLeft + view.columns * grid.cellWidth)
+        height: view.height
+        leftMargin: view.wallLeft
+        onLeftMarginChanged: grid.contentX = -grid.leftMargin // stays where it was otherwise
         topMargin: 16 + controls.implicitHeight + 16 + 10
         bottomMargin: paging.implicitHeight - view.rowSpacing // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
@@ -75,9 +80,9 @@ FocusScope {
     LibraryPagingRow {
         id: paging
 
-        x: view.sidePadding
+        x: view.wallLeft
         y: grid.contentHeight - view.rowSpacing - grid.contentY
-        width: view.width - 2 * view.sidePadding
+        width: view.wallWidth
         visible: grid.count > 0
         library: view.library
         onFocusEntered: grid.contentY = grid.contentHeight + grid.bottomMargin - grid.height
