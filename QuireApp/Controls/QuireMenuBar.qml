@@ -1,3 +1,6 @@
+// The menu bar of a window. A letter behind "&" in a menu's title opens it with
+// Alt, F10 opens the first.
+
 import QtQuick
 import QtQuick.Templates as T
 
@@ -16,12 +19,19 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: item
 
+        // The toolkit leaves the last menu highlighted when it has closed.
+        readonly property bool isOpen: item.menu !== null && item.menu.visible
+        readonly property string words: item.text.replace("&", "")
+
         implicitWidth: implicitContentWidth + 20
         implicitHeight: 24
 
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: item.words
+
         background: Rectangle {
             radius: 6
-            color: item.highlighted || item.hovered ? Theme.menuHover : "transparent"
+            color: item.isOpen || item.hovered ? Theme.menuHover : "transparent"
 
             FocusRing {
                 control: item
@@ -33,9 +43,14 @@ T.MenuBar {
         contentItem: QuireText {
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
-            text: item.text
+            text: item.words
             Accessible.ignored: true
         }
+    }
+
+    Shortcut {
+        sequence: "F10"
+        onActivated: bar.itemAt(0).triggered()
     }
 
     background: Rectangle {

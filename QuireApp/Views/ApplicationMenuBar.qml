@@ -13,7 +13,7 @@ QuireMenuBar {
     signal settingsRequested
 
     QuireMenu {
-        title: "Quire"
+        title: "&Quire"
 
         QuireMenuItem {
             text: "Open Logs"
@@ -34,7 +34,7 @@ QuireMenuBar {
     }
 
     QuireMenu {
-        title: "View"
+        title: "&View"
 
         ChoiceMenu {
             title: "Library Section"
@@ -70,7 +70,7 @@ QuireMenuBar {
     }
 
     QuireMenu {
-        title: "Library"
+        title: "&Library"
 
         QuireMenuItem {
             text: "Sync"

@@ -11,6 +11,12 @@ SettingsSection {
     // Return in a field.
     signal accepted
 
+    // Where the reader begins to type.
+    function focusFirstField() {
+        userID.forceActiveFocus();
+        userID.selectAll();
+    }
+
     title: "Goodreads"
     systemImage: "arrow.triangle.2.circlepath"
 
@@ -19,6 +25,8 @@ SettingsSection {
         title: "Goodreads User ID"
 
         QuireTextField {
+            id: userID
+
             width: parent.width
             placeholderText: "User ID"
             text: tab.settings.goodreadsUserID

@@ -13,6 +13,10 @@ FocusScope {
     signal dismissed
     signal linkActivated(url address)
 
+    function focusFirstField() {
+        goodreads.focusFirstField();
+    }
+
     focus: true
     Keys.onEscapePressed: view.dismissed()
 

@@ -14,6 +14,7 @@ T.ApplicationWindow {
         if (!window.visible) {
             window.shell.settings.load();
             window.show();
+            view.focusFirstField();
         }
         window.raise();
         window.requestActivate();
@@ -28,6 +29,8 @@ T.ApplicationWindow {
     color: Theme.window
 
     QuireSettingsView {
+        id: view
+
         anchors.fill: parent
         settings: window.shell.settings
         onDismissed: window.close()

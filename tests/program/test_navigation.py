@@ -62,6 +62,31 @@ class Navigation(ProgramTestCase):
         pressless = [control.name for control in program.all(role="push button") if "Press" not in control.actions]
         self.assertEqual(pressless, [])
 
+    def test_menus_open_and_close_by_keyboard(self):
+        program = self.start()
+        program.open_tab("Books")
+        program.wait_for_cards("The Salt Road")
+        program.keys("alt+v")
+        program.find("Library View", role="menu item")
+        program.keys("Down", "Down", "Right")
+        program.find("Did Not Finish", role="menu item")
+        program.keys("Down", "Return")
+        program.wait_for_text("0 titles")
+        program.wait_gone("Library View", role="menu item")
+        program.keys("F10")
+        program.find("Open Logs", role="menu item")
+        program.keys("Right")
+        program.find("Library View", role="menu item")
+        program.keys("Escape")
+        program.wait_gone("Library View", role="menu item")
+
+    def test_settings_open_with_the_keyboard_in_the_first_field(self):
+        program = self.start()
+        program.keys("ctrl+comma")
+        self.eventually(lambda: program.find("User ID", role="text").is_focused)
+        program.type("5")
+        self.eventually(lambda: program.find("User ID", role="text").text == "5")
+
     def test_the_smallest_window_still_holds_everything(self):
         program = self.start()
         program.open_tab("Books")
