@@ -34,6 +34,7 @@ T.AbstractButton {
         spacing: 5
 
         QuireText {
+            anchors.verticalCenter: parent.verticalCenter
             text: link.text
             color: Theme.mark
             font.underline: link.hovered

@@ -13,6 +13,10 @@ Text {
     font.pixelSize: size
     font.weight: weight
     color: Theme.ink
+    // Middles capitals in their line, so that words stand level with symbols and
+    // in the middle of buttons, whatever the font leaves above and below them.
+    topPadding: Math.max(0, Theme.capitalsDrop(font.family, size))
+    bottomPadding: Math.max(0, -Theme.capitalsDrop(font.family, size))
     lineHeight: wrapMode === Text.NoWrap ? 1 : 1.3
     textFormat: Text.PlainText
 

@@ -14,6 +14,7 @@ T.TextField {
     implicitHeight: 34
     leftPadding: 12
     rightPadding: 12
+    topPadding: Math.max(0, Theme.capitalsDrop(field.font.family, 13)) // level with the words beside it
     verticalAlignment: TextInput.AlignVCenter
     font.family: Theme.fontFamily
     font.pixelSize: 13

@@ -1,8 +1,12 @@
 #include "QuireApp/Theme/InterfaceFonts.h"
 
 #include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QHash>
 
 #include <array>
+#include <cmath>
+#include <utility>
 
 namespace quire {
 
@@ -70,6 +74,25 @@ QStringList substitutes(InterfaceFontChoice choice)
         }
     }
     return names;
+}
+
+int capitalsDrop(const QString &family, int size)
+{
+    static QHash<std::pair<QString, int>, int> known; // asked for by every text
+    const auto found = known.constFind({family, size});
+    if (found != known.cend()) {
+        return *found;
+    }
+    QFont font(family);
+    font.setPixelSize(size);
+    const QFontMetricsF metrics(font);
+    const int line = int(std::ceil(metrics.height()));
+    // The base line is drawn on a whole pixel.
+    const qreal wanted = line - 2 * std::round(metrics.ascent()) + metrics.capHeight();
+    // An even height stands on whole pixels in the middle of an even control.
+    const int drop = 2 * int(std::lround((wanted + line) / 2)) - line;
+    known.insert({family, size}, drop);
+    return drop;
 }
 
 void installSubstitutes()

@@ -31,6 +31,11 @@ QString family(InterfaceFontChoice choice);
 // System.
 QStringList substitutes(InterfaceFontChoice choice);
 
+// What a line of text wants above it, in whole logical pixels, for its capitals
+// to stand in its middle; negative where it wants that much below. Faces differ
+// by several pixels in where their line leaves room. size: logical pixels.
+int capitalsDrop(const QString &family, int size);
+
 // Tells the toolkit of all substitutes. Called once, before the first text.
 void installSubstitutes();
 

@@ -58,6 +58,11 @@ void Theme::setAppearance(
     }
 }
 
+int Theme::capitalsDrop(const QString &family, int size) const
+{
+    return InterfaceFonts::capitalsDrop(family, size);
+}
+
 QColor Theme::focusRing() const
 {
     return withOpacity(mark(), 0.75);

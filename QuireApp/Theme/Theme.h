@@ -82,6 +82,9 @@ public:
     // The accent over white, for the factors that have no name above.
     Q_INVOKABLE QColor accentTint(double factor) const { return tint(factor); }
 
+    // See InterfaceFonts::capitalsDrop.
+    Q_INVOKABLE int capitalsDrop(const QString &family, int size) const;
+
     const QuireThemePalette &palette() const { return m_palette; }
 
     QColor accent() const { return m_palette.accent; }

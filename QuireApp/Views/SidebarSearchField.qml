@@ -53,6 +53,7 @@ FocusScope {
         focus: true
         clip: true
         verticalAlignment: TextInput.AlignVCenter
+        topPadding: Math.max(0, Theme.capitalsDrop(field.font.family, 12))
         font.family: Theme.fontFamily
         font.pixelSize: 12
         color: Theme.sidebarSearchForeground

@@ -16,6 +16,19 @@ Item {
         shell: fixture.shell
     }
 
+    Rectangle {
+        id: panel
+
+        width: 100
+        height: 100
+    }
+
+    Component {
+        id: text
+
+        QuireText {}
+    }
+
     SignalSpy {
         id: settingsRequested
 
@@ -102,6 +115,59 @@ Item {
             tryVerify(() => named("No titles found"));
             verify(named("Adjust the search or filter."));
             verify(named("0 titles"));
+        }
+
+        function test_theWallIsCentredAndTheHeadingSharesItsEdges_data() {
+            return [920, 1055, 1089, 1090, 1180, 1257, 1258, 1366, 1920, 2560].map(width => ({ tag: width, width: width }));
+        }
+
+        function test_theWallIsCentredAndTheHeadingSharesItsEdges(row) {
+            const before = root.width;
+            root.width = row.width;
+            tryVerify(() => named("View details for Book 01"));
+            wait(50); // the grid lays itself out
+            const sidebar = 218;
+            const cards = [];
+            for (let number = 1; number <= 15; ++number)
+                cards.push(named("View details for Book " + String(number).padStart(2, "0")).mapToItem(view, 0, 0));
+            const firstRow = cards.filter(card => card.y === cards[0].y);
+            const left = firstRow[0].x - sidebar;
+            const right = row.width - (firstRow[firstRow.length - 1].x + 142);
+            fuzzyCompare(left, right, 1);
+            verify(left >= 24, "left " + left);
+            verify(left < 24 + 170 / 2, "room for another column: " + left);
+            for (let column = 1; column < firstRow.length; ++column)
+                compare(firstRow[column].x - firstRow[column - 1].x, 142 + 28);
+            compare(named("Read", named("37 titles").parent).mapToItem(view, 0, 0).x, firstRow[0].x);
+            const sort = named("Sort library");
+            compare(sort.mapToItem(view, sort.width, 0).x, firstRow[firstRow.length - 1].x + 142);
+            root.width = before;
+        }
+
+        function test_capitalsStandInTheMiddleOfTheirLine() {
+            // Lato leaves more room below than above its capitals, Inter does not.
+            for (const family of ["Lato", "Inter", "TeX Gyre Heros", "TeX Gyre Pagella"]) {
+                for (const size of [11, 13, 18, 22]) {
+                    const words = createTemporaryObject(text, panel, { size: size, text: "EH" });
+                    words.font.family = family;
+                    const height = words.implicitHeight;
+                    compare(height % 2, 0, family + " " + size);
+                    const image = grabImage(words);
+                    let top = height;
+                    let bottom = 0;
+                    for (let y = 0; y < height; ++y) {
+                        for (let x = 0; x < words.width; ++x) {
+                            if (image.red(x, y) < 200) {
+                                top = Math.min(top, y);
+                                bottom = Math.max(bottom, y);
+                            }
+                        }
+                    }
+                    verify(bottom - top > size / 2 && bottom - top < size, family + " was drawn");
+                    fuzzyCompare((top + bottom + 1) / 2, height / 2, 1, family + " " + size);
+                    words.visible = false; // the next stands in its place
+                }
+            }
         }
 
         function test_clickingACardSelectsItsTitle() {
