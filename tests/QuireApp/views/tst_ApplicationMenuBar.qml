@@ -20,7 +20,7 @@ Item {
 
         function menu(title) {
             for (let i = 0; i < bar.count; ++i)
-                if (bar.menuAt(i).title === title)
+                if (bar.menuAt(i).title.replace("&", "") === title)
                     return bar.menuAt(i);
             return null;
         }
