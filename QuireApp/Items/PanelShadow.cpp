@@ -101,11 +101,12 @@ QSGNode *PanelShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
         delete patch;
         return nullptr;
     }
-    const qreal ratio = window()->effectiveDevicePixelRatio();
-    const int radius = int(std::lround(m_radius * ratio));
-    const int blur = int(std::lround(m_blur * ratio));
-    const int offset = int(std::lround(m_offset * ratio));
-    const QSize panel = shadowPanel((size() * ratio).toSize().expandedTo({1, 1}), radius, blur);
+    // In logical pixels on every screen: what is blurred loses nothing by being
+    // enlarged, and the toolkit's nine-patch goes wrong with a pixel ratio.
+    const int radius = int(std::lround(m_radius));
+    const int blur = int(std::lround(m_blur));
+    const int offset = int(std::lround(m_offset));
+    const QSize panel = shadowPanel(size().toSize().expandedTo({1, 1}), radius, blur);
     if (!patch) {
         patch = window()->createNinePatchNode();
         m_textureStale = true;
@@ -119,7 +120,7 @@ QSGNode *PanelShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
     const int left = blur + (panel.width() - 1) / 2;
     const int top = blur + (panel.height() - 1) / 2;
     patch->setBounds({-m_blur, m_offset - m_blur, width() + 2 * m_blur, height() + 2 * m_blur});
-    patch->setDevicePixelRatio(ratio);
+    patch->setDevicePixelRatio(1);
     patch->setPadding(left, top, panel.width() + 2 * blur - 1 - left, panel.height() + 2 * blur - 1 - top);
     patch->update();
     return patch;

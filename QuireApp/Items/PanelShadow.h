@@ -39,15 +39,15 @@ private:
     qreal m_offset = 12; // downwards
     qreal m_strength = 0.30;
     bool m_textureStale = true;
-    QSize m_drawnPanel; // physical pixels
+    QSize m_drawnPanel;
 };
 
-// The panel whose shadow is drawn for one of that size, in physical pixels: no
+// The panel whose shadow is drawn for one of that size, in logical pixels: no
 // larger than its corners need, since the middle is stretched, and no larger
 // than the panel itself, since nothing is shrunk.
 QSize shadowPanel(const QSize &panel, int radius, int blur);
 
-// The picture behind it, in physical pixels: the rounded rectangle `panel` with
+// The picture behind it, in logical pixels: the rounded rectangle `panel` with
 // `blur` on each side, blurred by that, for a panel that stands `offset` above
 // it. What the panel covers is left out, so that nothing dark shows through one
 // with holes.
