@@ -112,7 +112,7 @@ QCoro::Task<> AppModel::endSession()
         const auto beginning = *m_session; // its record may still be on the way to the disk
         m_session.reset();
         co_await beginning;
-        if (!self) {
+        if (!self || !m_sessionHealth) {
             co_return;
         }
         const auto ending = endSessionRecord(*m_sessionHealth, m_dependencies.clock.now());

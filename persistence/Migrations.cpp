@@ -34,9 +34,9 @@ QString createRecoveryCopy(const SQLiteDatabase &database, qint64 targetVersion,
 {
     const QString folder = localStateDirectory + QStringLiteral("/Recovery/Schema Migrations");
     DurableFile::createFolder(folder);
-    const QString copy = QStringLiteral("%1/Quire Before Schema %2 %3.db")
-                             .arg(folder, QString::number(targetVersion),
-                                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
+    QString copy = QStringLiteral("%1/Quire Before Schema %2 %3.db")
+                       .arg(folder, QString::number(targetVersion),
+                           QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
     try {
         SQLiteDatabase::backUp(database.url(), copy);
         if (!SQLiteDatabase(copy).integrityCheck()) {

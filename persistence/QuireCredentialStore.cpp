@@ -20,8 +20,8 @@ constexpr mode_t ownerOnly = 0600;
 
 } // namespace
 
-QuireCredentialStore::QuireCredentialStore(const QString &url)
-    : m_url(url)
+QuireCredentialStore::QuireCredentialStore(QString url)
+    : m_url(std::move(url))
 {
 }
 

@@ -20,7 +20,7 @@ class QuireCredentialStore
 {
 public:
     // url: absolute path of the file; touches nothing on disk.
-    explicit QuireCredentialStore(const QString &url);
+    explicit QuireCredentialStore(QString url);
 
     // The settings that live here and never in the library.
     static const QSet<QString> &protectedKeys();

@@ -105,7 +105,7 @@ QFuture<bool> QuireBackgroundWorkCoordinator::acquire(QuireBackgroundJob job, Qu
 {
     auto continuation = std::make_shared<QPromise<bool>>();
     continuation->start();
-    const QFuture<bool> answer = continuation->future();
+    QFuture<bool> answer = continuation->future();
     m_executor.submit([slot = m_slot.get(), job, priority, continuation = std::move(continuation)] {
         slot->acquire(job, priority, continuation);
     });

@@ -50,7 +50,7 @@ T.MenuBar {
 
     Shortcut {
         sequence: "F10"
-        onActivated: bar.itemAt(0).triggered()
+        onActivated: (bar.itemAt(0) as T.MenuBarItem).triggered()
     }
 
     background: Rectangle {

@@ -17,7 +17,7 @@ QImage ArtworkImageCache::decode(const CoverBytes &data, const QString &key)
     if (const auto known = find(key)) {
         return *known;
     }
-    const QImage picture = CoverDecoder::thumbnail(data.bytes());
+    QImage picture = CoverDecoder::thumbnail(data.bytes());
     insert(key, picture);
     const std::lock_guard lock(m_mutex);
     ++m_decodeCount;

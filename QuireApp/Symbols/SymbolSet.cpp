@@ -42,7 +42,7 @@ QImage picture(const QString &name, const QColor &color, int pixels)
     if (const QImage *known = drawn.object(key)) {
         return *known;
     }
-    const QImage picture = draw(name, color, pixels);
+    QImage picture = draw(name, color, pixels);
     drawn.insert(key, new QImage(picture));
     return picture;
 }

@@ -62,12 +62,14 @@ bool ActivityViewModel::hasNotice() const
 
 QString ActivityViewModel::noticeTitle() const
 {
-    return hasNotice() ? m_model.notice()->title : QString();
+    const auto &notice = m_model.notice();
+    return notice ? notice->title : QString();
 }
 
 QString ActivityViewModel::noticeMessage() const
 {
-    return hasNotice() ? readable(m_model.notice()->message) : QString();
+    const auto &notice = m_model.notice();
+    return notice ? readable(notice->message) : QString();
 }
 
 void ActivityViewModel::dismissNotice()

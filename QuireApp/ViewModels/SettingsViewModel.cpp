@@ -8,10 +8,10 @@
 
 namespace quire {
 
-SettingsViewModel::SettingsViewModel(AppModel &model, const QUrl &helpHost, QObject *parent)
+SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *parent)
     : QObject(parent)
     , m_model(model)
-    , m_helpHost(helpHost)
+    , m_helpHost(std::move(helpHost))
     , m_selectedTab(QStringLiteral("goodreads"))
     , m_edit(SettingsEdit::of(model.settings()))
 {

@@ -40,7 +40,7 @@ class SettingsViewModel : public QObject
 
 public:
     // model outlives this. helpHost: scheme and authority of the help pages.
-    SettingsViewModel(AppModel &model, const QUrl &helpHost, QObject *parent = nullptr);
+    SettingsViewModel(AppModel &model, QUrl helpHost, QObject *parent = nullptr);
 
     ChoiceListModel *tabs() { return &m_tabs; }
     QString selectedTab() const { return m_selectedTab; }

@@ -1,7 +1,6 @@
 // The commands of the program with their shortcuts.
 
 import QtQuick
-import QtQuick.Templates as T
 
 import Quire
 

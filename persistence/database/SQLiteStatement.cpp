@@ -60,7 +60,7 @@ void SQLiteStatement::bind(int parameter, const SQLiteValue &value)
     sqlite3_stmt *const statement = m_handle.get();
     switch (value.kind()) {
     case SQLiteValue::Case::Integer:
-        requireBound(sqlite3_bind_int64(statement, parameter, *value.intValue()));
+        requireBound(sqlite3_bind_int64(statement, parameter, value.intValue().value_or(0)));
         return;
     case SQLiteValue::Case::Real:
         requireBound(sqlite3_bind_double(statement, parameter, value.doubleValue(0)));

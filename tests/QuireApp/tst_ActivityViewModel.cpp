@@ -7,7 +7,6 @@ namespace quire {
 
 namespace {
 
-using testing::await;
 using testing::eventually;
 
 class ActivityViewModelTest : public ModelTest

@@ -94,6 +94,7 @@ TEST(ArtworkImageCache, SeveralThreadsUseItAtOnce)
     ArtworkImageCache cache;
     {
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&cache, thread] {
                 for (int number = 0; number < 200; ++number) {

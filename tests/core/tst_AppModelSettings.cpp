@@ -20,7 +20,7 @@ protected:
     {
         await(model->shutdown());
         library.open();
-        const auto key = await(library.store().setting(QStringLiteral("goodreadsRssKey")));
+        auto key = await(library.store().setting(QStringLiteral("goodreadsRssKey")));
         library.close();
         return key;
     }

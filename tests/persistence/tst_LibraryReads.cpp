@@ -279,7 +279,7 @@ TEST(LibraryReads, ACoverThatIsReplacedWhileTheLibraryIsClosedIsReadAnew)
 {
     TestLibrary library;
     // Two connections of the same short life, which count foreign changes alike.
-    for (const char byte : {1, 2}) {
+    for (const char byte : {'\x01', '\x02'}) {
         library.close();
         library.execute("INSERT OR REPLACE INTO goodreads_books (id, goodreads_id, title, cover_data) "
                         "VALUES (1, '1', 'One', ?)",

@@ -305,6 +305,7 @@ TEST(DateParser, ManyThreadsMayReadDatesAtOnce)
 {
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&wrong, t] {
             for (int i = 0; i < 2'000; ++i) { // years that no other test has met

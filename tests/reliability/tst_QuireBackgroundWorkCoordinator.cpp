@@ -290,6 +290,7 @@ TEST(QuireBackgroundWorkCoordinatorThreads, OnlyOneHolderAtATimeWithRequestsFrom
     std::atomic<int> most = 0;
     std::atomic<int> runs = 0;
     std::vector<std::thread> threads;
+    threads.reserve(allBackgroundJobs.size());
     for (const Job job : allBackgroundJobs) {
         threads.emplace_back([&, job] {
             for (int i = 0; i < 100; ++i) {

@@ -58,7 +58,7 @@ void LoopbackServer::route(QStringView path, std::initializer_list<LoopbackReply
 
 void LoopbackServer::route(QStringView path, LoopbackHandler handler)
 {
-    m_routes.insert(path.toString(), std::move(handler));
+    m_routes[path.toString()] = std::move(handler);
 }
 
 void LoopbackServer::routeEverythingElse(LoopbackHandler handler)

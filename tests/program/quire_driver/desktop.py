@@ -76,7 +76,19 @@ class Desktop:
         return address
 
     def _start_screen(self) -> str:
-        return ":" + self._announced(["Xvfb", "-displayfd", "{fd}", "-screen", "0", SCREEN, "-nolisten", "tcp"])
+        # Servers that start at the same moment may take one number, and the
+        # loser announces it all the same: only one that answers counts.
+        for _ in range(5):
+            number = self._announced(["Xvfb", "-displayfd", "{fd}", "-screen", "0", SCREEN, "-nolisten", "tcp", "-noreset"])
+            if self._processes[-1].poll() is None and self._answers(number):
+                return ":" + number
+            time.sleep(0.5)
+        raise RuntimeError("no virtual screen that answers could be started")
+
+    def _answers(self, number: str) -> bool:
+        probe = ["xdotool", "getdisplaygeometry"]
+        environment = self.environment | {"DISPLAY": ":" + number}
+        return subprocess.run(probe, env=environment, capture_output=True, timeout=30).returncode == 0
 
     def _start_bus(self) -> str:
         return self._announced(["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
