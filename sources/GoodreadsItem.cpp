@@ -135,7 +135,7 @@ std::optional<GoodreadsFeedBook> makeBook(
 // the last parenthesis, from its first "(" that no ")" follows before the last.
 QString replacingSeriesSuffix(const QString &title)
 {
-    const QString text = Text::trimmed(title);
+    QString text = Text::trimmed(title);
     if (!text.endsWith(u')')) {
         return text;
     }

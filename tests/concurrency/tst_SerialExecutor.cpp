@@ -40,6 +40,7 @@ TEST(SerialExecutor, NeverRunsTwoJobsAtOnce)
     std::atomic<int> ran = 0;
     SerialExecutor executor(QStringLiteral("test"));
     std::vector<std::thread> submitters;
+    submitters.reserve(4);
     for (int t = 0; t < 4; ++t) {
         submitters.emplace_back([&] {
             for (int i = 0; i < 250; ++i) {

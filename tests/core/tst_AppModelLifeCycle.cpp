@@ -15,7 +15,6 @@ namespace {
 
 using testing::await;
 using ::testing::Contains;
-using testing::eventually;
 
 class AppModelLifeCycle : public ModelTest
 {

@@ -124,6 +124,7 @@ TEST_F(AppLogTest, WhereNothingCanBeWrittenLinesAreLostInSilence)
 TEST_F(AppLogTest, LinesOfManyThreadsDoNotMix)
 {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([t] {
             for (int i = 0; i < 50; ++i) {
