@@ -4,12 +4,12 @@
 #include "persistence/CrashBatches.h"
 #include "reliability/QuireFailureInjector.h"
 #include "testing/Await.h"
+#include "testing/ChildProcess.h"
 #include "testing/ImportRecords.h"
 #include "testing/TestLibrary.h"
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QThread>
 
 #include <gmock/gmock.h>
@@ -73,43 +73,19 @@ private:
     QMap<QString, QList<SQLiteRow>> m_rows;
 };
 
-class Child
+// A process that imports `count` rows into a library and then ends.
+class Child : public ChildProcess
 {
 public:
     Child(const TestLibrary &library, Kind kind, const QMap<QString, QString> &environment = {})
+        : ChildProcess(text(QUIRE_IMPORT_CHILD),
+            {library.folder(), kind == Kind::Goodreads ? text("goodreads") : text("audible"), QString::number(count)},
+            environment)
     {
-        QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
-        for (auto variable = environment.cbegin(); variable != environment.cend(); ++variable) {
-            all.insert(variable.key(), *variable);
-        }
-        m_process.setProcessEnvironment(all);
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(text(QUIRE_IMPORT_CHILD),
-            {library.folder(), kind == Kind::Goodreads ? text("goodreads") : text("audible"), QString::number(count)});
     }
 
     // False when the child ended without saying so.
-    bool waitUntilReady()
-    {
-        while (!m_process.canReadLine()) {
-            if (!m_process.waitForReadyRead(20'000)) {
-                return false;
-            }
-        }
-        return m_process.readLine() == "ready\n";
-    }
-
-    void kill() { m_process.kill(); }
-
-    // Its status, nothing when a signal ended it.
-    std::optional<int> waitUntilEnded()
-    {
-        m_process.waitForFinished(60'000);
-        return m_process.exitStatus() == QProcess::NormalExit ? std::optional(m_process.exitCode()) : std::nullopt;
-    }
-
-private:
-    QProcess m_process;
+    bool waitUntilReady() { return readLine() == "ready"; }
 };
 
 QMap<QString, QString> failureAt(const char *point, const char *enabled = "1")
@@ -124,7 +100,8 @@ void expectBeforeAtFailurePoint(Kind kind, const char *point)
     before.copyTo(library);
     Child child(library, kind, failureAt(point));
     EXPECT_TRUE(child.waitUntilReady());
-    EXPECT_EQ(child.waitUntilEnded(), QuireFailureInjector::exitStatus);
+    ASSERT_TRUE(child.waitUntilEnded());
+    EXPECT_EQ(child.exitStatus(), QuireFailureInjector::exitStatus);
     library.open(true);
     EXPECT_TRUE(before.isBefore(library));
 
@@ -143,7 +120,8 @@ void expectAfterWithEnvironment(Kind kind, const QMap<QString, QString> &environ
     TestLibrary library(TestLibrary::Start::Closed);
     before.copyTo(library);
     Child child(library, kind, environment);
-    EXPECT_EQ(child.waitUntilEnded(), 0);
+    ASSERT_TRUE(child.waitUntilEnded());
+    EXPECT_EQ(child.exitStatus(), 0);
     library.open();
     EXPECT_TRUE(before.isAfter(library));
     EXPECT_FALSE(before.isBefore(library));
@@ -170,7 +148,7 @@ void expectBeforeOrAfterWhenKilled(Kind kind)
             QThread::usleep(random() % (wholeTime + wholeTime / 5));
             child.kill();
         }
-        child.waitUntilEnded();
+        ASSERT_TRUE(child.waitUntilEnded());
         wholeTime = round > 0 ? wholeTime : clock.nsecsElapsed() / 1000;
 
         library.open(true);

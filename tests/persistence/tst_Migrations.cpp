@@ -4,16 +4,17 @@
 #include "OldLibraries.h"
 #include "reliability/QuireFailureInjector.h"
 #include "testing/Await.h"
+#include "testing/ChildProcess.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <random>
 
 #include <sqlite3.h>
@@ -44,14 +45,6 @@ void expectReadersDataUntouched(const TestLibrary &library)
     EXPECT_EQ(library.scalar("SELECT tag FROM book_tags"), SQLiteValue(QStringLiteral("sea")));
     EXPECT_EQ(library.scalar("SELECT notes FROM audible_books"), SQLiteValue(QStringLiteral("Heard twice")));
     EXPECT_EQ(library.scalar("SELECT value FROM settings"), SQLiteValue(QStringLiteral("42")));
-}
-
-QProcessEnvironment dyingAt(const char *point)
-{
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QUIRE_ENABLE_FAILURE_TESTS"), QStringLiteral("1"));
-    environment.insert(QStringLiteral("QUIRE_FAILURE_POINT"), QString::fromLatin1(point));
-    return environment;
 }
 
 } // namespace
@@ -316,11 +309,11 @@ TEST(Migrations, AProcessThatDiesBeforeTheCommitLeavesTheVersionBefore)
         } else {
             OldLibraries::createVersion1(library.databasePath());
         }
-        QProcess process;
-        process.setProcessEnvironment(dyingAt("migration-before-commit"));
-        process.start(QStringLiteral(QUIRE_OPEN_LIBRARY), {library.folder()});
-        ASSERT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitCode(), QuireFailureInjector::exitStatus);
+        ChildProcess process(QStringLiteral(QUIRE_OPEN_LIBRARY), {library.folder()},
+            {{QStringLiteral("QUIRE_ENABLE_FAILURE_TESTS"), QStringLiteral("1")},
+                {QStringLiteral("QUIRE_FAILURE_POINT"), QStringLiteral("migration-before-commit")}});
+        ASSERT_TRUE(process.waitUntilEnded());
+        EXPECT_EQ(process.exitStatus(), QuireFailureInjector::exitStatus);
         EXPECT_EQ(library.scalar("PRAGMA user_version"), SQLiteValue(version));
         expectReadersDataUntouched(library);
 
@@ -337,13 +330,10 @@ TEST(Migrations, AProcessKilledAtAnyMomentLeavesAVersionAndNothingBetween)
     for (int round = 0; round < 10; ++round) {
         TestLibrary library(TestLibrary::Start::Closed);
         OldLibraries::createVersion0(library.databasePath(), 5'000);
-        QProcess process;
-        process.start(QStringLiteral(QUIRE_OPEN_LIBRARY), {library.folder()});
-        ASSERT_TRUE(process.waitForStarted());
-        process.waitForFinished(int(random() % 250));
-        interrupted += process.state() == QProcess::Running ? 1 : 0;
+        ChildProcess process(QStringLiteral(QUIRE_OPEN_LIBRARY), {library.folder()});
+        interrupted += process.waitUntilEnded(std::chrono::milliseconds(random() % 250)) ? 0 : 1;
         process.kill();
-        process.waitForFinished();
+        ASSERT_TRUE(process.waitUntilEnded());
 
         const qint64 version = library.scalar("PRAGMA user_version").intValue().value();
         EXPECT_THAT(version, ::testing::AllOf(::testing::Ge(0), ::testing::Le(2)));

@@ -280,6 +280,7 @@ TEST(QuireBackgroundWorkCoordinatorModel, TenThousandRandomStepsAgreeWithAPlainM
             ASSERT_FALSE(requests[waiting.request].isFinished());
         }
     }
+    const std::lock_guard lock(mutex);
     EXPECT_GT(used, 100) << "requests did wait";
 }
 
