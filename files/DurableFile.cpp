@@ -1,5 +1,6 @@
 #include "files/DurableFile.h"
 
+#include "files/Descriptor.h"
 #include "files/FileError.h"
 
 #include <QFile>
@@ -17,30 +18,6 @@
 namespace quire::DurableFile {
 
 namespace {
-
-// A descriptor that is closed on every path. close() is separate where its
-// failure matters.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number)
-        : m_number(number)
-    {
-    }
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int number() const { return m_number; }
-    int close()
-    {
-        const int number = std::exchange(m_number, -1);
-        return number < 0 ? 0 : ::close(number);
-    }
-
-private:
-    int m_number;
-};
 
 // Removes the temporary file unless it was renamed.
 class Temporary
