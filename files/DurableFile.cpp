@@ -3,11 +3,13 @@
 #include "files/Descriptor.h"
 #include "files/FileError.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QUuid>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -64,13 +66,22 @@ void writeAll(int descriptor, const QByteArray &bytes, const QString &path)
     }
 }
 
-void syncFolder(const QString &folder, const QString &path)
+// 0, or the errno of the failure.
+int syncFolder(const QString &folder)
 {
-    Descriptor opened(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor opened(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Some network file systems know no sync of a folder and say EINVAL.
-    if (opened.number() < 0 || (::fsync(opened.number()) != 0 && errno != EINVAL)) {
-        fail(path);
+    return opened.number() < 0 || (::fsync(opened.number()) != 0 && errno != EINVAL) ? errno : 0;
+}
+
+// The folders on the way to `path` that are not there yet, the deepest first.
+QStringList missingFolders(const QString &path)
+{
+    QStringList missing;
+    for (QString folder = path; !QFileInfo::exists(folder); folder = QFileInfo(folder).path()) {
+        missing.append(folder);
     }
+    return missing;
 }
 
 } // namespace
@@ -100,16 +111,53 @@ void write(const QString &path, const QByteArray &bytes, mode_t mode)
         fail(path);
     }
     temporary.keep();
-    syncFolder(target.absolutePath(), path);
+    if (const int code = syncFolder(target.absolutePath()); code != 0) {
+        throw FileError(QStringLiteral("write the file"), path, code);
+    }
 }
 
 void createFolder(const QString &path)
 {
+    const QString action = QStringLiteral("create the folder");
+    const QStringList missing = missingFolders(QDir::cleanPath(QDir(path).absolutePath()));
     std::error_code error;
     std::filesystem::create_directories(QFile::encodeName(path).toStdString(), error);
     if (error) {
-        throw FileError(QStringLiteral("create the folder"), path, error.value());
+        throw FileError(action, path, error.value());
     }
+    for (const QString &folder : missing) {
+        // A parent that may be written but not read cannot be synced.
+        const int code = syncFolder(QFileInfo(folder).path());
+        if (code != 0 && code != EACCES) {
+            throw FileError(action, path, code);
+        }
+    }
+}
+
+void move(const QString &from, const QString &to)
+{
+    const auto check = [&to](int code) {
+        if (code != 0) {
+            throw FileError(QStringLiteral("move a file to"), to, code);
+        }
+    };
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    {
+        const Descriptor file(::open(source.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+        check(file.number() < 0 || ::fsync(file.number()) != 0 ? errno : 0);
+    }
+    int moved = ::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE);
+    if (moved != 0 && errno == EINVAL) {
+        // A file system that cannot promise it: look first, then rename.
+        struct stat status
+        {
+        };
+        check(::lstat(target.constData(), &status) == 0 ? EEXIST : 0);
+        moved = ::rename(source.constData(), target.constData());
+    }
+    check(moved != 0 ? errno : 0);
+    check(syncFolder(QFileInfo(to).absolutePath()));
 }
 
 } // namespace quire::DurableFile

@@ -22,8 +22,14 @@ namespace quire::DurableFile {
 // and no temporary left.
 void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
 
-// Creates the folder at `path` with its parents; fine when it exists.
-// Throws FileError.
+// Creates the folder at `path` with its parents, so that it is still there after
+// a power cut; fine when it exists. Throws FileError.
 void createFolder(const QString &path);
+
+// Gives the file at `from`, which nobody has open, the name `to` in the same
+// folder: synced, then in one rename that replaces nothing, then the folder
+// synced. Throws FileError, with EEXIST when the name is taken; the file is then
+// still at `from`, unless only the last sync failed.
+void move(const QString &from, const QString &to);
 
 } // namespace quire::DurableFile

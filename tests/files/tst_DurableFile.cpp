@@ -150,3 +150,55 @@ TEST_F(DurableFileTest, AFileInTheWayOfAFolderIsAFailure)
     EXPECT_EQ(failure->code(), ENOTDIR);
     EXPECT_EQ(failure->description(), QStringLiteral("Could not create the folder “%1”: Not a directory").arg(path));
 }
+
+TEST_F(DurableFileTest, ALinkToAFolderIsAFolderAndABrokenOneIsAFailure)
+{
+    QDir().mkpath(file(QStringLiteral("a")));
+    QFile::link(file(QStringLiteral("a")), file(QStringLiteral("link")));
+    QFile::link(file(QStringLiteral("none")), file(QStringLiteral("broken")));
+    DurableFile::createFolder(file(QStringLiteral("link/b")));
+    EXPECT_TRUE(QFileInfo(file(QStringLiteral("a/b"))).isDir());
+    EXPECT_THROW(DurableFile::createFolder(file(QStringLiteral("broken/b"))), FileError);
+}
+
+TEST_F(DurableFileTest, AFolderIsCreatedInOneThatMayBeWrittenButNotRead)
+{
+    QDir().mkpath(file(QStringLiteral("drop")));
+    ::chmod(QFile::encodeName(file(QStringLiteral("drop"))).constData(), 0333);
+    const UnprivilegedUser user(m_folder.path());
+    DurableFile::createFolder(file(QStringLiteral("drop/a/b")));
+    EXPECT_TRUE(QFileInfo(file(QStringLiteral("drop/a/b"))).isDir());
+}
+
+TEST_F(DurableFileTest, AMovedFileHasItsNewNameAlone)
+{
+    DurableFile::write(file(QStringLiteral("a")), "x", 0600);
+    DurableFile::move(file(QStringLiteral("a")), file(QStringLiteral("b")));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("b")});
+    EXPECT_EQ(content(QStringLiteral("b")), "x");
+    EXPECT_EQ(modeOf(QStringLiteral("b")), mode_t(0600));
+}
+
+TEST_F(DurableFileTest, AMoveReplacesNothingNotEvenABrokenLink)
+{
+    DurableFile::write(file(QStringLiteral("a")), "x");
+    DurableFile::write(file(QStringLiteral("file")), "other");
+    QDir().mkpath(file(QStringLiteral("folder")));
+    QFile::link(file(QStringLiteral("none")), file(QStringLiteral("link")));
+    for (const QString &name : {QStringLiteral("file"), QStringLiteral("folder"), QStringLiteral("link")}) {
+        const QString target = file(name);
+        const auto failure = thrownBy<FileError>([&] { DurableFile::move(file(QStringLiteral("a")), target); });
+        EXPECT_EQ(failure->code(), EEXIST);
+        EXPECT_EQ(failure->path(), target);
+    }
+    EXPECT_EQ(content(QStringLiteral("a")), "x");
+    EXPECT_EQ(content(QStringLiteral("file")), "other");
+    EXPECT_EQ(QFile::symLinkTarget(file(QStringLiteral("link"))), file(QStringLiteral("none")));
+}
+
+TEST_F(DurableFileTest, WhatIsNotThereCannotBeMoved)
+{
+    EXPECT_EQ(
+        thrownBy<FileError>([&] { DurableFile::move(file(QStringLiteral("a")), file(QStringLiteral("b"))); })->code(),
+        ENOENT);
+}
