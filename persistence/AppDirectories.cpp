@@ -7,11 +7,25 @@
 
 namespace quire::AppDirectories {
 
+namespace {
+
+QString inDataDirectory(const QString &name)
+{
+    return QDir::cleanPath(
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/") + name);
+}
+
+} // namespace
+
 QString supportDirectory()
 {
     const auto configured = Text::nonEmptyValue(QStringLiteral(QUIRE_SUPPORT_DIRECTORY));
-    return QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/")
-        + configured.value_or(QStringLiteral("Quire")));
+    return inDataDirectory(configured.value_or(QStringLiteral("Quire")));
+}
+
+QString legacyBooksSupportDirectory()
+{
+    return inDataDirectory(QStringLiteral("Books"));
 }
 
 } // namespace quire::AppDirectories

@@ -13,4 +13,7 @@ namespace quire::AppDirectories {
 // build, "Quire" unless a development build keeps its data apart. May not exist.
 QString supportDirectory();
 
+// The folder of the program that Quire follows, beside the other. May not exist.
+QString legacyBooksSupportDirectory();
+
 } // namespace quire::AppDirectories

@@ -3,6 +3,7 @@
 #include "persistence/database/DatabaseError.h"
 #include "persistence/LibraryOpening.h"
 #include "testing/Await.h"
+#include "testing/OwnDataDirectory.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
 #include "testing/UnprivilegedUser.h"
@@ -43,19 +44,6 @@ bool isHeldOpen(const QString &path)
     }
     return false;
 }
-
-// The reader's data directory in a place of its own.
-class OwnDataDirectory
-{
-public:
-    OwnDataDirectory() { qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.path())); }
-    ~OwnDataDirectory() { qputenv("XDG_DATA_HOME", m_former); }
-    QString file(const QString &name) const { return m_folder.filePath(name); }
-
-private:
-    QByteArray m_former = qgetenv("XDG_DATA_HOME");
-    QTemporaryDir m_folder;
-};
 
 QList<QString> history(const TestLibrary &library)
 {

@@ -1,0 +1,76 @@
+#include "persistence/QuireLibraryLocation.h"
+
+#include "files/DurableFile.h"
+#include "files/FolderPath.h"
+#include "persistence/AppDirectories.h"
+#include "persistence/database/DatabaseError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <optional>
+
+namespace quire::QuireLibraryLocation {
+
+namespace {
+
+constexpr QStringView pathKey = u"path";
+
+// Far above the longest path, escaped: whatever is larger is no record.
+constexpr qint64 maximumBytes = 1024 * 1024;
+
+// A text that the system would cut short or rewrite names another folder than
+// the one that was chosen.
+bool canBePath(const QString &text)
+{
+    return !text.contains(QChar::Null) && text.isValidUtf16();
+}
+
+std::optional<QString> recordedPath(const QString &recordURL)
+{
+    QFile file(recordURL);
+    if (!QFileInfo(recordURL).isFile() || file.size() > maximumBytes || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QJsonValue path = QJsonDocument::fromJson(file.readAll()).object()[pathKey];
+    return path.isString() && canBePath(path.toString()) ? std::optional(path.toString()) : std::nullopt;
+}
+
+} // namespace
+
+QString recordURL()
+{
+    return AppDirectories::supportDirectory() + QStringLiteral("/Library Location.json");
+}
+
+QString configuredDirectory()
+{
+    if (const auto path = recordedPath(recordURL())) {
+        if (const QString folder = FolderPath::expandingTilde(*path); folder.startsWith(u'/')) {
+            return QDir::cleanPath(folder);
+        }
+    }
+    return AppDirectories::supportDirectory();
+}
+
+void save(const QString &folder, const QString &recordURL)
+{
+    const QString path = standardized(folder);
+    DurableFile::createFolder(QFileInfo(recordURL).path());
+    const QJsonObject record{{pathKey.toString(), path}};
+    DurableFile::write(recordURL, QJsonDocument(record).toJson(QJsonDocument::Compact));
+}
+
+QString standardized(const QString &folder)
+{
+    if (!folder.startsWith(u'/') || !canBePath(folder)) {
+        throw DatabaseError(DatabaseError::Kind::InvalidLibraryLocation,
+            QStringLiteral("Choose an absolute folder for the Quire library."));
+    }
+    return QDir::cleanPath(folder);
+}
+
+} // namespace quire::QuireLibraryLocation
