@@ -40,7 +40,8 @@ show_on_virtual_screen() (
         export XDG_RUNTIME_DIR=$runtime
     fi
     say "No display: starting a virtual one"
-    Xvfb -displayfd 3 -screen 0 1180x860x24 -nolisten tcp 3>"$runtime/display" 2>"$runtime/xvfb.log" &
+    # -noreset: a screen that restarts when a passing client leaves refuses the next.
+    Xvfb -displayfd 3 -screen 0 1180x860x24 -nolisten tcp -noreset 3>"$runtime/display" 2>"$runtime/xvfb.log" &
     screen=$!
     for _ in $(seq 100); do
         [ -s "$runtime/display" ] && break
@@ -49,6 +50,7 @@ show_on_virtual_screen() (
     [ -s "$runtime/display" ] || die "Xvfb did not start: $(cat "$runtime/xvfb.log")"
     DISPLAY=:$(cat "$runtime/display")
     export DISPLAY
+    xdotool mousemove 0 0 # else the pointer hovers over the middle of the picture
 
     "$@" &
     program=$!
