@@ -118,9 +118,18 @@ void HttpExchange::readHead()
 
 void HttpExchange::readBody()
 {
-    m_body += m_reply->readAll();
-    if (m_body.size() > m_bodyCap) {
-        fail(TransportError::Kind::BodyTooLong, QStringLiteral("The service's answer is too long."));
+    // In steps, since a packed body unfolds as it is read: all that is there at
+    // once may be a thousand times what came over the line.
+    for (;;) {
+        const QByteArray step = m_reply->read(readAhead);
+        if (step.isEmpty()) {
+            return;
+        }
+        m_body += step;
+        if (m_body.size() > m_bodyCap) {
+            fail(TransportError::Kind::BodyTooLong, QStringLiteral("The service's answer is too long."));
+            return;
+        }
     }
 }
 
