@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -71,12 +72,15 @@ Milliseconds left(Steady::time_point end)
 ChildProcess::ChildProcess(
     const QString &program, const QStringList &arguments, const QMap<QString, QString> &environment)
 {
+    // One socket for both directions: unlike a pipe, it can be written to
+    // without a signal when the child is gone.
     int ends[2] = {};
-    if (::pipe2(ends, O_CLOEXEC) != 0) {
-        fail(errno, "pipe2");
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        fail(errno, "socketpair");
     }
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
 
     CStrings words(QStringList(program) + arguments);
@@ -84,9 +88,9 @@ ChildProcess::ChildProcess(
     const int failure = ::posix_spawn(&m_process, words.data()[0], &actions, nullptr, words.data(), variables.data());
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(ends[1]);
-    m_output = ends[0];
+    m_channel = ends[0];
     if (failure != 0) {
-        ::close(m_output);
+        ::close(m_channel);
         fail(failure, "posix_spawn");
     }
 }
@@ -95,7 +99,7 @@ ChildProcess::~ChildProcess()
 {
     kill();
     waitUntilEnded();
-    ::close(m_output);
+    ::close(m_channel);
 }
 
 std::optional<QByteArray> ChildProcess::readLine(Milliseconds limit)
@@ -107,16 +111,45 @@ std::optional<QByteArray> ChildProcess::readLine(Milliseconds limit)
             m_pending.remove(0, feed + 1);
             return line;
         }
-        pollfd watched = {.fd = m_output, .events = POLLIN, .revents = 0};
+        pollfd watched = {.fd = m_channel, .events = POLLIN, .revents = 0};
         if (::poll(&watched, 1, int(left(end).count())) <= 0) {
             return std::nullopt;
         }
         char buffer[4'096];
-        const ssize_t count = ::read(m_output, buffer, sizeof buffer);
+        const ssize_t count = ::read(m_channel, buffer, sizeof buffer);
         if (count <= 0) {
             return std::nullopt;
         }
         m_pending.append(buffer, count);
+    }
+}
+
+void ChildProcess::writeLine(const QByteArray &line) const
+{
+    const QByteArray bytes = line + '\n';
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count
+            = ::send(m_channel, bytes.constData() + written, size_t(bytes.size() - written), MSG_NOSIGNAL);
+        if (count < 0) {
+            return;
+        }
+        written += count;
+    }
+}
+
+void ChildProcess::stop() const
+{
+    if (!m_ending && ::kill(m_process, SIGSTOP) == 0) {
+        siginfo_t told;
+        ::waitid(P_PID, id_t(m_process), &told, WSTOPPED | WEXITED | WNOWAIT);
+    }
+}
+
+void ChildProcess::resume() const
+{
+    if (!m_ending) {
+        ::kill(m_process, SIGCONT);
     }
 }
 

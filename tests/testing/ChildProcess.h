@@ -20,7 +20,8 @@ class ChildProcess
 {
 public:
     // Starts `program` with this process's environment and `environment` over
-    // it. Its error output goes where ours goes. Throws std::system_error.
+    // it. Its input is what writeLine() says, its error output goes where ours
+    // goes. Throws std::system_error.
     explicit ChildProcess(
         const QString &program, const QStringList &arguments, const QMap<QString, QString> &environment = {});
 
@@ -34,8 +35,19 @@ public:
     // its output or said nothing within the limit.
     std::optional<QByteArray> readLine(std::chrono::milliseconds limit = std::chrono::seconds(20));
 
+    // A line of its input, without the line feed; dropped when it has ended.
+    void writeLine(const QByteArray &line) const;
+
+    // While it runs, and until waitUntilEnded() has told its end.
+    pid_t processID() const { return m_process; }
+
     // SIGKILL: it runs nothing more of its own.
     void kill() const;
+
+    // SIGSTOP and SIGCONT: it stands still, and goes on. stop() returns when it
+    // stands.
+    void stop() const;
+    void resume() const;
 
     bool isRunning();
 
@@ -47,7 +59,7 @@ public:
 
 private:
     pid_t m_process = -1;
-    int m_output = -1;
+    int m_channel = -1; // our end of its input and output
     QByteArray m_pending;
     std::optional<int> m_ending; // as waitpid(2) told it
 };
