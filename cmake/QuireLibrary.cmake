@@ -24,6 +24,11 @@ function(quire_add_library name)
     target_link_libraries(quire_${name} PUBLIC ${ARG_USES} PRIVATE ${ARG_USES_PRIVATELY})
 endfunction()
 
+# What programs of a test that meet in the user's runtime directory find there.
+set(quire_test_runtime ${CMAKE_BINARY_DIR}/test-runtime)
+file(MAKE_DIRECTORY ${quire_test_runtime})
+file(CHMOD ${quire_test_runtime} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+
 # What every test runs under. A sanitized program is told where its suppressions
 # and its symbolizer are; both are ignored by an ordinary build.
 set(quire_test_environment
@@ -32,6 +37,7 @@ set(quire_test_environment
     QT_QUICK_CONTROLS_STYLE=Basic
     LC_ALL=C.UTF-8
     TZ=Europe/Oslo
+    XDG_RUNTIME_DIR=${quire_test_runtime}
     "ASAN_OPTIONS=external_symbolizer_path=/usr/bin/llvm-symbolizer-16"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/sanitizers/leaks.supp:print_suppressions=0"
     "UBSAN_OPTIONS=print_stacktrace=1"
