@@ -1,0 +1,105 @@
+#include "reliability/LeaseHeartbeat.h"
+
+#include "reliability/LeaseEvidence.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+namespace quire {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Instant noon = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21) + 12h;
+
+class LeaseHeartbeatTest : public ::testing::Test
+{
+protected:
+    void put(const QByteArray &content)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+
+    struct stat status() const
+    {
+        struct stat status = {};
+        EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+        return status;
+    }
+
+    std::optional<Instant> date() const { return LeaseEvidence::gather(folder.path(), path).ownerDate; }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("Owner.json"));
+    QuireLibraryLeaseOwner owner{QUuid::createUuid(), 42, QStringLiteral("Shelf"), QStringLiteral("platform:ab"), noon};
+};
+
+} // namespace
+
+TEST_F(LeaseHeartbeatTest, ABeatDatesTheRecordAndWritesNothing)
+{
+    put(owner.encoded());
+    const auto before = status();
+    EXPECT_TRUE(LeaseHeartbeat::beat(path, owner.token, noon + 250ms));
+    EXPECT_EQ(date(), noon + 250ms);
+    EXPECT_EQ(status().st_ino, before.st_ino);
+    EXPECT_EQ(status().st_atim.tv_sec, before.st_atim.tv_sec);
+    EXPECT_EQ(QuireLibraryLeaseOwner::read(path), owner);
+}
+
+TEST_F(LeaseHeartbeatTest, ABeatBefore1970IsADateToo)
+{
+    put(owner.encoded());
+    EXPECT_TRUE(LeaseHeartbeat::beat(path, owner.token, Instant(-1ms)));
+    EXPECT_EQ(date(), Instant(-1ms));
+}
+
+TEST_F(LeaseHeartbeatTest, TheRecordOfASuccessorIsLeftAlone)
+{
+    put(owner.encoded());
+    ASSERT_TRUE(LeaseHeartbeat::beat(path, owner.token, noon));
+    EXPECT_FALSE(LeaseHeartbeat::beat(path, QUuid::createUuid(), noon + 1h));
+    EXPECT_EQ(date(), noon);
+}
+
+TEST_F(LeaseHeartbeatTest, ATornOrMissingRecordIsLeftAlone)
+{
+    EXPECT_FALSE(LeaseHeartbeat::beat(path, owner.token, noon));
+    EXPECT_FALSE(QFile::exists(path));
+
+    put(owner.encoded().chopped(1));
+    const auto before = date();
+    EXPECT_FALSE(LeaseHeartbeat::beat(path, owner.token, noon));
+    EXPECT_EQ(date(), before);
+}
+
+TEST_F(LeaseHeartbeatTest, ItBeatsOnAndOnAndEndsWhileItWaits)
+{
+    class Counting final : public Clock
+    {
+    public:
+        Instant now() const override { return noon + std::chrono::seconds(++m_asked); }
+        QCoro::Task<> sleep(std::chrono::nanoseconds, std::stop_token) override { co_return; }
+
+    private:
+        mutable std::atomic<int> m_asked = 0;
+    };
+    put(owner.encoded());
+    const Counting clock;
+    {
+        const LeaseHeartbeat heartbeat(path, owner.token, clock, 1ms);
+        while (date() < noon + 3s) {
+            std::this_thread::yield();
+        }
+    }
+    const LeaseHeartbeat slow(path, owner.token, clock, 24h); // destroyed at once
+}
+
+} // namespace quire
