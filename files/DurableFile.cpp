@@ -160,4 +160,12 @@ void move(const QString &from, const QString &to)
     check(syncFolder(QFileInfo(to).absolutePath()));
 }
 
+void remove(const QString &path)
+{
+    const int removed = ::unlink(QFile::encodeName(path).constData());
+    if (const int code = removed != 0 ? errno : syncFolder(QFileInfo(path).absolutePath()); code != 0) {
+        throw FileError(QStringLiteral("remove the file"), path, code);
+    }
+}
+
 } // namespace quire::DurableFile

@@ -32,4 +32,8 @@ void createFolder(const QString &path);
 // still at `from`, unless only the last sync failed.
 void move(const QString &from, const QString &to);
 
+// Removes the file at `path`, so that it stays gone after a power cut. Throws
+// FileError, also when there is none.
+void remove(const QString &path);
+
 } // namespace quire::DurableFile

@@ -116,6 +116,17 @@ public:
     QFuture<void> upsertGoodreadsBooks(const QList<GoodreadsFeedBook> &batch);
     QFuture<AudibleSyncResult> mergeAudibleLibraryItems(const QList<AudibleLibraryItem> &batch);
 
+    // Backups. -------------------------------------------------------------
+
+    // A verified backup; its absolute path. Old ones beyond the configured
+    // number are removed. folder: absolute; absent for the configured one.
+    // DatabaseError Backup when there is no new backup; FileError also when it
+    // stands but an old one could not be removed.
+    QFuture<QString> backUpDatabase(const std::optional<QString> &folder);
+    // The same into the configured folder, when the last backup is as old as the
+    // configured interval; otherwise nothing.
+    QFuture<std::optional<QString>> backUpDatabaseIfDue();
+
     // Job history. ----------------------------------------------------------
 
     QFuture<void> recordBackgroundJob(const QuireJobEvent &event);

@@ -10,6 +10,7 @@
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/database/Transaction.h"
 #include "persistence/LibraryStore.h"
+#include "persistence/LiveLibrary.h"
 #include "persistence/QuireCredentialStore.h"
 
 #include <memory>
@@ -22,6 +23,7 @@ struct LibraryStore::State
 
     QString databaseURL() const { return supportDirectory + QStringLiteral("/quire.db"); }
     void requireOpen() const;
+    LiveLibrary live() { return {*database, credentialStore, supportDirectory, clock}; } // while it is open
 
     const Clock &clock;
     QString supportDirectory; // the library's folder
@@ -32,7 +34,8 @@ struct LibraryStore::State
 };
 
 // One hop: `job` gets the State, with a database that is open; otherwise the
-// future fails with MissingDatabase. For reads, and for writes of one statement.
+// future fails with MissingDatabase. For reads, for writes of one statement, and
+// for work with transactions of its own.
 template<typename Job>
 auto LibraryStore::read(Job job)
 {

@@ -135,6 +135,22 @@ TEST_F(DurableFileTest, AFolderThatTakesNoFilesIsAFailure)
     EXPECT_EQ(thrownBy<FileError>([&] { DurableFile::write(file(QStringLiteral("locked/a")), "x"); })->code(), EACCES);
 }
 
+TEST_F(DurableFileTest, ARemovedFileIsGone)
+{
+    DurableFile::write(file(QStringLiteral("a")), "x");
+    DurableFile::remove(file(QStringLiteral("a")));
+    EXPECT_EQ(names(), QStringList());
+}
+
+TEST_F(DurableFileTest, RemovingAFileThatIsNotThereIsAFailure)
+{
+    const QString path = file(QStringLiteral("a"));
+    const auto failure = thrownBy<FileError>([&] { DurableFile::remove(path); });
+    EXPECT_EQ(failure->code(), ENOENT);
+    EXPECT_EQ(
+        failure->description(), QStringLiteral("Could not remove the file “%1”: No such file or directory").arg(path));
+}
+
 TEST_F(DurableFileTest, AFolderIsCreatedWithItsParentsAndMayExist)
 {
     DurableFile::createFolder(file(QStringLiteral("a/b/c")));

@@ -1,0 +1,56 @@
+#include "persistence/BackupRotation.h"
+
+#include "files/FileError.h"
+#include "files/FolderListing.h"
+#include "reliability/BackupPaths.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <system_error>
+
+namespace quire::BackupRotation {
+
+namespace {
+
+bool isDatabase(const FolderEntry &entry)
+{
+    const QByteArray extension = QByteArray::fromStdString(entry.path.extension().native());
+    return !entry.isFolder && extension.toLower() == ".db";
+}
+
+void removeDatabase(const std::filesystem::path &path)
+{
+    std::error_code error;
+    std::filesystem::remove(path, error); // one that is gone already is no failure
+    if (error) {
+        throw FileError(QStringLiteral("remove the file"), QString::fromLocal8Bit(path.c_str()), error.value());
+    }
+}
+
+void removeManifest(std::filesystem::path path)
+{
+    path += QFile::encodeName(BackupPaths::manifestSuffix.toString()).constData();
+    std::error_code dropped;
+    std::filesystem::remove(path, dropped);
+}
+
+} // namespace
+
+void rotate(const QString &folder, qsizetype limit)
+{
+    auto databases = FolderListing::of(folder);
+    std::erase_if(databases, [](const FolderEntry &entry) { return !isDatabase(entry); });
+    // From the last name to the first, and then by date: a stable sort leaves
+    // those of one date in that order. A date that cannot be read sorts before all.
+    std::reverse(databases.begin(), databases.end());
+    std::stable_sort(databases.begin(), databases.end(),
+        [](const FolderEntry &a, const FolderEntry &b) { return a.modified > b.modified; });
+
+    for (std::size_t i = std::size_t(limit); i < databases.size(); ++i) {
+        removeDatabase(databases[i].path);
+        removeManifest(databases[i].path);
+    }
+}
+
+} // namespace quire::BackupRotation
