@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,13 @@ std::mt19937 generator(quint32 seed, std::string_view id)
     numbers.push_back(seed);
     std::seed_seq sequence(numbers.begin(), numbers.end());
     return std::mt19937(sequence);
+}
+
+double factor()
+{
+    bool isNumber = false;
+    const double given = qEnvironmentVariable("QUIRE_TORTURE").toDouble(&isNumber);
+    return (isNumber && given > 0 ? given : 1.0) / (isInstrumented ? 3 : 1);
 }
 
 } // namespace
@@ -71,10 +79,12 @@ void Torture::addFindings(const QStringList &findings)
 
 int Torture::scaled(int rounds)
 {
-    bool isNumber = false;
-    const double given = qEnvironmentVariable("QUIRE_TORTURE").toDouble(&isNumber);
-    const double factor = (isNumber ? given : 1.0) / (isInstrumented ? 3 : 1);
-    return std::max(1, int(std::min(rounds * factor, 1e9)));
+    return std::max(1, int(std::min(rounds * factor(), 1e9)));
+}
+
+int Torture::stride(int every)
+{
+    return std::max(1, int(std::min(std::round(every / factor()), 1e9)));
 }
 
 } // namespace quire::testing

@@ -47,6 +47,10 @@ public:
     // take a few times as long, do a third of it.
     static int scaled(int rounds);
 
+    // For what is gone through in order: of how many to try one, so that a run of
+    // factor 1 tries one of `every` and a longer one more, up to each.
+    static int stride(int every);
+
 private:
     const char *m_id;
     const char *m_what;

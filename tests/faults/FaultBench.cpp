@@ -1,0 +1,110 @@
+#include "faults/FaultBench.h"
+
+#include "faults/FaultyDisk.h"
+#include "records/Failure.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace quire::testing {
+
+namespace {
+
+// Faults are made, not waited for: a folder in memory is as good and far faster.
+QString rootTemplate()
+{
+    const QString memory = QStringLiteral("/dev/shm");
+    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + QStringLiteral("/quire-faults-XXXXXX");
+}
+
+} // namespace
+
+const char *nameOf(Place place)
+{
+    return place == Place::DefaultFolder ? "default folder" : "chosen folder";
+}
+
+FaultBench::FaultBench(Place place)
+    : m_place(place)
+    , m_root(rootTemplate())
+    , m_folder(outside(place == Place::DefaultFolder ? QStringLiteral("data/" QUIRE_SUPPORT_DIRECTORY)
+                                                     : QStringLiteral("A reader's folder")))
+{
+    FaultyDisk::instance(); // before the first connection
+    qputenv("XDG_DATA_HOME", QFile::encodeName(outside(QStringLiteral("data"))));
+    qputenv("QUIRE_LOG_PATH", QFile::encodeName(outside(QStringLiteral("log/quire.log"))));
+    reset({});
+}
+
+FaultBench::~FaultBench()
+{
+    FaultyDisk::instance().release();
+}
+
+QString FaultBench::outside(const QString &name) const
+{
+    return m_root.path() + QLatin1Char('/') + name;
+}
+
+void FaultBench::reset(const FolderImage &image)
+{
+    FaultyDisk::instance().release();
+    m_store.reset();
+    QDir(m_folder).removeRecursively();
+    QDir().mkpath(m_folder);
+    writeFolder(m_folder, image);
+    restart();
+    FaultyDisk::instance().watch(m_folder);
+}
+
+void FaultBench::open(bool recoveringFromCrash)
+{
+    done(m_store->prepare(recoveringFromCrash));
+}
+
+void FaultBench::close()
+{
+    done(m_store->shutdown());
+}
+
+void FaultBench::restart()
+{
+    m_store.reset();
+    m_store = std::make_unique<LibraryStore>(m_clock, m_folder);
+}
+
+QStringList FaultBench::findingsOfFurtherWork()
+{
+    const QString word = QStringLiteral("further work");
+    const auto isThere = [&] {
+        const auto setting = done(m_store->setting(word));
+        const auto books = done(m_store->books());
+        return setting == word
+            && std::any_of(books.begin(), books.end(), [&](const Book &book) { return book.notes == word; });
+    };
+    QStringList findings;
+    try {
+        open(true);
+        done(m_store->setSetting(word, word));
+        ManualBookDraft draft;
+        draft.title = word;
+        draft.shelf = QStringLiteral("read");
+        draft.notes = word;
+        done(m_store->addManualBook(draft, std::nullopt));
+        if (!isThere()) {
+            findings.append(QStringLiteral("further work was told to be done and is not there"));
+        }
+        close();
+        restart();
+        open();
+        if (!isThere()) {
+            findings.append(QStringLiteral("further work is not there after another start"));
+        }
+        close();
+    } catch (const Failure &failure) {
+        findings.append(QStringLiteral("no further work: ") + failure.description());
+    }
+    return findings;
+}
+
+} // namespace quire::testing
