@@ -67,7 +67,7 @@ void writeAll(int descriptor, const QByteArray &bytes, const QString &path)
 }
 
 // 0, or the errno of the failure.
-int syncFolder(const QString &folder)
+int codeOfSyncingFolder(const QString &folder)
 {
     const Descriptor opened(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Some network file systems know no sync of a folder and say EINVAL.
@@ -111,7 +111,7 @@ void write(const QString &path, const QByteArray &bytes, mode_t mode)
         fail(path);
     }
     temporary.keep();
-    if (const int code = syncFolder(target.absolutePath()); code != 0) {
+    if (const int code = codeOfSyncingFolder(target.absolutePath()); code != 0) {
         throw FileError(QStringLiteral("write the file"), path, code);
     }
 }
@@ -127,10 +127,17 @@ void createFolder(const QString &path)
     }
     for (const QString &folder : missing) {
         // A parent that may be written but not read cannot be synced.
-        const int code = syncFolder(QFileInfo(folder).path());
+        const int code = codeOfSyncingFolder(QFileInfo(folder).path());
         if (code != 0 && code != EACCES) {
             throw FileError(action, path, code);
         }
+    }
+}
+
+void syncFolder(const QString &path)
+{
+    if (const int code = codeOfSyncingFolder(path); code != 0) {
+        throw FileError(QStringLiteral("sync the folder"), path, code);
     }
 }
 
@@ -157,7 +164,7 @@ void move(const QString &from, const QString &to)
         moved = ::rename(source.constData(), target.constData());
     }
     check(moved != 0 ? errno : 0);
-    check(syncFolder(QFileInfo(to).absolutePath()));
+    check(codeOfSyncingFolder(QFileInfo(to).absolutePath()));
 }
 
 void remove(const QString &path)

@@ -26,6 +26,11 @@ void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
 // a power cut; fine when it exists. Throws FileError.
 void createFolder(const QString &path);
 
+// Makes the names in the folder at `path` as durable as the files behind them:
+// what was created, renamed and removed there stays so after a power cut. Throws
+// FileError.
+void syncFolder(const QString &path);
+
 // Gives the file at `from`, which nobody has open, the name `to` in the same
 // folder: synced, then in one rename that replaces nothing, then the folder
 // synced. Throws FileError, with EEXIST when the name is taken; the file is then

@@ -43,6 +43,8 @@ void setJournalMode(SQLiteDatabase &database, const QString &folder)
                                "PRAGMA foreign_keys = ON;\n"
                                "PRAGMA synchronous = FULL;\n"
                                "PRAGMA busy_timeout = 5000;");
+        database.syncFolderAfterCommits();
+        database.confirmCommit(); // of the migrations
     }
 }
 

@@ -1,9 +1,11 @@
 #include "persistence/database/SQLiteDatabase.h"
 
+#include "files/DurableFile.h"
 #include "persistence/database/DatabaseError.h"
 #include "persistence/database/SQLiteStatement.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -95,9 +97,43 @@ void SQLiteDatabase::executeScript(const char *sql)
     }
 }
 
+void SQLiteDatabase::requireInPlace() const
+{
+    int hasMoved = 0;
+    if (m_handle) {
+        sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    }
+    if (hasMoved != 0) {
+        throw DatabaseError(DatabaseError::Kind::Execute,
+            QStringLiteral("The library file was moved, replaced or removed while it was open."));
+    }
+}
+
+void SQLiteDatabase::confirmCommit() const
+{
+    // After the commit: what happened to the file before it is seen now.
+    requireInPlace();
+    if (m_syncsFolder) {
+        DurableFile::syncFolder(QFileInfo(m_url).path());
+    }
+}
+
+void SQLiteDatabase::makeDurable()
+{
+    executeScript("PRAGMA wal_checkpoint(PASSIVE)"); // begins by syncing the log; without a log, nothing
+    DurableFile::syncFolder(QFileInfo(m_url).path());
+}
+
 int SQLiteDatabase::execute(const char *sql, const QList<SQLiteValue> &values)
 {
-    return SQLiteStatement(*this, sql).run(values);
+    const bool isTransaction = m_handle && sqlite3_get_autocommit(m_handle) != 0;
+    if (!isTransaction) {
+        return SQLiteStatement(*this, sql).run(values);
+    }
+    requireInPlace();
+    const int changes = SQLiteStatement(*this, sql).run(values);
+    confirmCommit();
+    return changes;
 }
 
 QList<SQLiteRow> SQLiteDatabase::query(const char *sql, const QList<SQLiteValue> &values) const

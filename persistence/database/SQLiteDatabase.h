@@ -8,6 +8,10 @@
 // would be a signal. What it deletes is overwritten: a secret that leaves a table
 // leaves the file as well.
 //
+// A write that is reported as done is in the file at url(), and nowhere else: when
+// that file was moved, replaced or removed under the open connection, a write
+// fails, although SQLite could well go on writing into what is left of it.
+//
 // The file itself must never be opened, read and closed by other means while a
 // connection to it is open in this process: closing it drops SQLite's locks.
 //
@@ -47,13 +51,30 @@ public:
     // Absolute path of the file.
     const QString &url() const { return m_url; }
 
+    // From now on a commit counts only when the folder has been synced as well.
+    // With a rollback journal it is the deleting of the journal that commits, and
+    // a name that was deleted may be there again after a power cut.
+    void syncFolderAfterCommits() { m_syncsFolder = true; }
+
+    // For whoever begins or has made a commit by hand: fails when it cannot be
+    // relied on. Throws DatabaseError Execute when the file is not in its place
+    // any more; confirmCommit also FileError.
+    void requireInPlace() const;
+    void confirmCommit() const;
+
+    // Makes all that was committed survive a power cut, also where commits are not
+    // synced one by one: for what is about to be remembered elsewhere. Throws
+    // DatabaseError Execute or FileError.
+    void makeDurable();
+
     // One or more statements without parameters; rows are dropped.
     // Throws DatabaseError Execute.
     void executeScript(const char *sql);
 
     // One statement that yields no rows, with values for parameters 1, 2, 3 and
     // so on. The number of rows changed by the last INSERT, UPDATE or DELETE.
-    // Throws DatabaseError Prepare or Step.
+    // Outside a transaction it is one of its own, with what that promises.
+    // Throws DatabaseError Prepare or Step, or as a commit does.
     int execute(const char *sql, const QList<SQLiteValue> &values = {});
 
     // Every row, in step order; on a failure in the middle none.
@@ -85,6 +106,7 @@ private:
 
     sqlite3 *m_handle = nullptr;
     QString m_url;
+    bool m_syncsFolder = false;
 };
 
 } // namespace quire

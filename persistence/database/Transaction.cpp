@@ -20,6 +20,7 @@ void rollBack(SQLiteDatabase &database)
 Transaction::Transaction(SQLiteDatabase &database)
     : m_database(database)
 {
+    m_database.requireInPlace();
     m_database.executeScript("BEGIN IMMEDIATE TRANSACTION");
 }
 
@@ -34,6 +35,7 @@ void Transaction::commit()
 {
     m_database.executeScript("COMMIT");
     m_open = false;
+    m_database.confirmCommit();
 }
 
 ReadSnapshot::ReadSnapshot(SQLiteDatabase &database)

@@ -15,7 +15,8 @@ namespace quire {
 class Transaction
 {
 public:
-    // Throws DatabaseError Execute when the write lock cannot be had.
+    // Throws DatabaseError Execute when the write lock cannot be had, or when the
+    // file is not in its place any more.
     explicit Transaction(SQLiteDatabase &database);
     // Rolls back unless committed; a failure of that is dropped, since the
     // failure that led here is the one to report.
@@ -24,7 +25,8 @@ public:
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
 
-    // Throws DatabaseError Execute; the destructor then rolls back.
+    // Throws DatabaseError Execute; the destructor then rolls back. Throws also
+    // when the commit was made but cannot be relied on, as confirmCommit() does.
     void commit();
 
 private:

@@ -24,7 +24,7 @@ struct DiskEvent
         Sync, // all of `file` before this is on the disk
         Delete, // `name` disappears
         Rename, // what is called `name` is called `newName`
-        SyncFolder, // all names before this are on the disk
+        SyncFolder, // all names in the folder `name` before this are on the disk
         Mark, // the test has been told that so much is done: `offset`
     };
 

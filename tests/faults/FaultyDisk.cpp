@@ -163,11 +163,11 @@ void FaultyDisk::synced(int file)
     }
 }
 
-void FaultyDisk::syncedFolder()
+void FaultyDisk::syncedFolder(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
     if (!m_ignoresSyncs) {
-        append({.kind = DiskEvent::Kind::SyncFolder, .name = {}, .newName = {}, .bytes = {}});
+        append({.kind = DiskEvent::Kind::SyncFolder, .name = relative(path), .newName = {}, .bytes = {}});
     }
 }
 

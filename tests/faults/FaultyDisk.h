@@ -69,7 +69,7 @@ public:
     void wrote(int file, qint64 offset, const char *bytes, qint64 size);
     void truncated(int file, qint64 size);
     void synced(int file);
-    void syncedFolder();
+    void syncedFolder(const QString &path);
     void deleted(const QString &path);
     void renamed(const QString &from, const QString &to);
 

@@ -110,6 +110,7 @@ ssize_t __real_write(int descriptor, const void *bytes, size_t size);
 int __real_fsync(int descriptor);
 int __real_fchmod(int descriptor, mode_t mode);
 int __real_rename(const char *from, const char *to);
+int __real_renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned int flags);
 int __real_unlink(const char *path);
 int __real_mkdir(const char *path, mode_t mode);
 int __real_rmdir(const char *path);
@@ -170,7 +171,7 @@ int __wrap_fsync(int descriptor)
     }
     const int result = __real_fsync(descriptor);
     if (result == 0 && file->number < 0) {
-        disk().syncedFolder();
+        disk().syncedFolder(file->path);
     } else if (result == 0) {
         disk().synced(file->number);
     }
@@ -190,6 +191,13 @@ int __wrap_rename(const char *from, const char *to)
 {
     return onPath(
         "rename", from, [&] { return __real_rename(from, to); },
+        [&](const QString &path) { disk().renamed(path, QFile::decodeName(to)); });
+}
+
+int __wrap_renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned int flags)
+{
+    return onPath(
+        "rename", from, [&] { return __real_renameat2(fromFolder, from, toFolder, to, flags); },
         [&](const QString &path) { disk().renamed(path, QFile::decodeName(to)); });
 }
 

@@ -3,6 +3,7 @@
 #include "faults/FaultyDisk.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -101,7 +102,7 @@ int sync(sqlite3_file *file, int flags)
     if (code == SQLITE_OK && self->path) {
         disk().synced(self->number);
         if (std::exchange(self->syncsFolder, false)) {
-            disk().syncedFolder();
+            disk().syncedFolder(QFileInfo(*self->path).path());
         }
     }
     return code;
@@ -217,7 +218,7 @@ int remove(sqlite3_vfs *, const char *name, int syncFolder)
     if (code == SQLITE_OK && watched) {
         disk().deleted(path);
         if (syncFolder) {
-            disk().syncedFolder();
+            disk().syncedFolder(QFileInfo(path).path());
         }
     }
     return code;

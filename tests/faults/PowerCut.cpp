@@ -118,6 +118,11 @@ struct PowerCut::Disk
     Names names; // as synced
     QList<const DiskEvent *> pendingNames;
 
+    static QString folderOf(const QString &name)
+    {
+        return name.contains(QLatin1Char('/')) ? name.left(name.lastIndexOf(QLatin1Char('/'))) : QString();
+    }
+
     static void applyName(const DiskEvent &event, Names &names)
     {
         if (event.kind == DiskEvent::Kind::Create) {
@@ -127,6 +132,17 @@ struct PowerCut::Disk
         } else if (names.contains(event.name)) {
             names.insert(event.newName, names.take(event.name));
         }
+    }
+
+    void syncFolder(const QString &folder)
+    {
+        const auto isSynced = [&](const DiskEvent *event) { return folderOf(event->name) == folder; };
+        for (const DiskEvent *event : pendingNames) {
+            if (isSynced(event)) {
+                applyName(*event, names);
+            }
+        }
+        pendingNames.removeIf(isSynced);
     }
 
     Names namesAfter(qsizetype changes) const
@@ -178,8 +194,7 @@ PowerCut::Disk PowerCut::diskAt(int moment) const
             disk.pendingNames.append(&event);
             break;
         case DiskEvent::Kind::SyncFolder:
-            disk.names = disk.namesAfter(disk.pendingNames.size());
-            disk.pendingNames.clear();
+            disk.syncFolder(event.name);
             break;
         case DiskEvent::Kind::Mark:
             break;

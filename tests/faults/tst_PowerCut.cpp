@@ -101,6 +101,69 @@ private:
     bool m_keepsAcknowledged;
 };
 
+// An opening that was cut off is an opening of the same library once more.
+QStringList cutOpening(FaultBench &bench, const Deed &deed, int images, std::mt19937 &random)
+{
+    FaultyDisk &disk = FaultyDisk::instance();
+    bench.reset(deed.start);
+    disk.beginRecord();
+    deed.run(bench.store());
+    bench.close();
+    Sitting sitting{PowerCut(disk.takeRecord()), {bench.content()}};
+    const Judge judge(sitting, true);
+    QStringList findings;
+    for (int i = 0; i < images; ++i) {
+        const int moment = std::uniform_int_distribution<int>(0, sitting.record.moments())(random);
+        const QString verdict = judge.verdict(bench, sitting.record.afterPowerCut(moment, random), moment);
+        if (!verdict.isEmpty()) {
+            findings.append(QStringLiteral("%1, %2, moment %3 of %4: %5")
+                                .arg(QLatin1String(deed.name), QLatin1String(nameOf(bench.place())),
+                                    QString::number(moment), QString::number(sitting.record.moments()), verdict));
+        }
+    }
+    return findings;
+}
+
+void cutOpenings(Place place)
+{
+    Torture torture("R02", "the power fails during an opening");
+    FaultBench bench(place);
+    const int images = Torture::scaled(80);
+    for (const Deed &deed : allDeeds(place)) {
+        if (deed.kind == Deed::Kind::Opening) {
+            torture.addFindings(cutOpening(bench, deed, images, torture.random()));
+            torture.addRounds(images);
+        }
+    }
+}
+
+// The same edits on a connection whose journal is in memory.
+Sitting sitWithoutJournal(FaultBench &bench, const FolderImage &start)
+{
+    FaultyDisk &disk = FaultyDisk::instance();
+    bench.reset(start);
+    disk.beginRecord();
+    std::vector<LibraryContent> states{bench.content()};
+    {
+        SQLiteDatabase database(bench.folder() + QStringLiteral("/quire.db"));
+        database.executeScript("PRAGMA journal_mode = MEMORY");
+        for (int step = 1; step <= 4; ++step) {
+            const QByteArray sql = "UPDATE goodreads_books SET notes = 'step " + QByteArray::number(step)
+                + "', description = hex(zeroblob(3000))";
+            inTransaction(database, [&] { database.execute(sql.constData()); });
+            disk.mark(step);
+            states.push_back(bench.content());
+        }
+    }
+    return {PowerCut(disk.takeRecord()), std::move(states)};
+}
+
+auto contains(const char *word)
+{
+    return ::testing::Contains(
+        ::testing::Truly([word](const QString &finding) { return finding.contains(QLatin1String(word)); }));
+}
+
 // Cuts one sitting at `images` moments.
 QStringList cut(FaultBench &bench, const Sitting &sitting, bool keepsAcknowledged, int images, std::mt19937 &random)
 {
@@ -144,4 +207,35 @@ TEST(PowerCut, LeavesAWholeLibraryInTheDefaultFolder)
 TEST(PowerCut, LosesNothingThatWasToldToBeDoneInAChosenFolder)
 {
     cutSittings(Place::ChosenFolder, true);
+}
+
+TEST(PowerCut, DuringAnOpeningOfTheDefaultFolderLeavesWhatOpensToTheSameLibrary)
+{
+    cutOpenings(Place::DefaultFolder);
+}
+
+TEST(PowerCut, DuringAnOpeningOfAChosenFolderLeavesWhatOpensToTheSameLibrary)
+{
+    cutOpenings(Place::ChosenFolder);
+}
+
+// The controls: a disk that only says that it synced, and a journal that
+// is not on it.
+
+TEST(PowerCut, ADiskThatDoesNotSyncIsCaught)
+{
+    std::mt19937 random(1);
+    FaultBench bench(Place::ChosenFolder);
+    const Sitting sitting = sit(bench, filledLibrary(Place::ChosenFolder), 0, 8, true);
+    EXPECT_THAT(cut(bench, sitting, true, 200, random), contains("lost"));
+}
+
+TEST(PowerCut, AJournalThatIsNotOnTheDiskIsCaught)
+{
+    std::mt19937 random(1);
+    FaultBench bench(Place::ChosenFolder);
+    const Sitting sitting = sitWithoutJournal(bench, filledLibrary(Place::ChosenFolder));
+    const QStringList findings = cut(bench, sitting, true, 200, random);
+    EXPECT_THAT(findings, ::testing::AnyOf(contains("torn"), contains("does not open")))
+        << findings.join(QLatin1Char('\n')).toStdString();
 }
