@@ -170,7 +170,7 @@ void move(const QString &from, const QString &to)
 void remove(const QString &path)
 {
     const int removed = ::unlink(QFile::encodeName(path).constData());
-    if (const int code = removed != 0 ? errno : syncFolder(QFileInfo(path).absolutePath()); code != 0) {
+    if (const int code = removed != 0 ? errno : codeOfSyncingFolder(QFileInfo(path).absolutePath()); code != 0) {
         throw FileError(QStringLiteral("remove the file"), path, code);
     }
 }
