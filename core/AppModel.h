@@ -147,6 +147,21 @@ public:
     // job runs.
     QCoro::Task<> synchronizeAll();
 
+    // Backups. -------------------------------------------------------------------
+
+    // A verified backup at the reader's command, behind the interface: nothing
+    // tells that it runs, and a notice tells how it ended. path: the folder as
+    // typed; absent for the configured one.
+    QCoro::Task<> backUpDatabase(std::optional<QString> path = std::nullopt);
+
+    // Tests whether a backup is due, now and then whenever the configured
+    // interval has passed; replaces the schedule that runs, if any.
+    void scheduleAutomaticBackups();
+
+    // One such test, with the backup if it is due. Tells the log alone, and
+    // nothing of a failure once `stop` is requested.
+    QCoro::Task<> performScheduledBackupIfDue(std::stop_token stop = {});
+
     // Settings. ------------------------------------------------------------------
 
     // Validates and stores what the settings window holds, then reloads. True
@@ -206,6 +221,9 @@ private:
     QCoro::Task<> saveSelectedTab(LibraryTab tab, std::stop_token stop);
     QCoro::Task<> clearToast(std::chrono::milliseconds after, std::stop_token stop);
 
+    // Backups.
+    QCoro::Task<> backUpOnSchedule(std::chrono::days interval, std::stop_token stop);
+
     // Jobs.
     class HeldSlot;
     QCoro::Task<bool> runCoordinated(
@@ -256,6 +274,7 @@ private:
     std::shared_ptr<const LibraryIndex> m_audiobookIndex;
     bool m_didStart = false;
     TaskSlot m_toastTask;
+    TaskSlot m_automaticBackupTask;
     TaskSlot m_selectedTabSaveTask;
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search

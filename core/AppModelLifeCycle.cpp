@@ -84,6 +84,7 @@ QCoro::Task<> AppModel::start()
         co_return;
     }
     assign(m_isReady, true, &AppModel::isReadyChanged);
+    scheduleAutomaticBackups();
 
     if (m_settings.showBooksSection && m_settings.automaticGoodreadsSync && m_settings.goodreadsRSSKeySet
         && !m_settings.goodreadsUserID.isEmpty()) {
@@ -206,6 +207,7 @@ QCoro::Task<> AppModel::shutdown()
     const QPointer self(this);
     m_isShuttingDown = true;
     m_toastTask.cancel();
+    m_automaticBackupTask.cancel();
     m_selectedTabSaveTask.cancel();
 
     const auto closing = m_store->shutdown();

@@ -38,6 +38,7 @@ QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
         co_return false;
     }
     setSelectedTab(visibleTab(m_selectedTab)); // a section may just have been switched off
+    scheduleAutomaticBackups();
     showToast(QStringLiteral("Settings saved"), std::chrono::milliseconds(3200));
     co_return true;
 }

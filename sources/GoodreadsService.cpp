@@ -127,6 +127,11 @@ QCoro::Task<GoodreadsSyncResult> synchronize(
             .message = QStringLiteral("Goodreads User ID and RSS key are not configured."), .warnings = {}};
     }
 
+    // What an import may spoil can be had back from before it.
+    const auto backingUp = store.backUpDatabaseIfDue();
+    co_await backingUp;
+    throwIfStopped(stop);
+
     DistinctBooks books;
     QStringList warnings;
     int shelvesThatAnswered = 0;

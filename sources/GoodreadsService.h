@@ -34,7 +34,8 @@ namespace GoodreadsService {
 // For each of the five requests, in all.
 inline constexpr std::chrono::seconds requestTimeout{20};
 
-// Asks for all shelves and then for each of the four that Quire knows, one
+// Lets the library make its safety backup if one is due, asks for all shelves
+// and then for each of the four that Quire knows, one
 // after the other, and merges what was found into the library. A request that
 // fails costs its shelf only and becomes a warning.
 //

@@ -1,8 +1,10 @@
 #include "ModelTest.h"
 
 #include "persistence/AppLog.h"
+#include "records/DateParser.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QUuid>
 
 namespace quire {
@@ -15,6 +17,7 @@ ModelTest::ModelTest()
     qputenv("QUIRE_LOG_PATH", QFile::encodeName(library.file(QStringLiteral("test.log"))));
     library.open();
     library.close();
+    setStored(QStringLiteral("lastBackupAt"), DateParser::iso8601(clock.now()));
 }
 
 ModelTest::~ModelTest()
@@ -38,6 +41,7 @@ void ModelTest::startModel()
     makeModel();
     await(model->start());
     ASSERT_TRUE(model->isReady()) << (model->notice() ? qPrintable(model->notice()->message) : "no notice");
+    ASSERT_TRUE(eventually([this] { return clock.sleepers() > sleepers(); })) << "no schedule runs";
 }
 
 void ModelTest::addBook(const QString &title, const QString &shelf)
@@ -83,7 +87,7 @@ void ModelTest::serveFeed(const QStringList &titles)
         [bytes = feed.toUtf8()](const testing::LoopbackRequest &) { return testing::LoopbackReply::ok(bytes); });
 }
 
-QStringList ModelTest::history() const
+QStringList ModelTest::allHistory() const
 {
     QStringList lines;
     for (const SQLiteRow &row :
@@ -93,6 +97,23 @@ QStringList ModelTest::history() const
                          .join(u' '));
     }
     return lines;
+}
+
+QStringList ModelTest::backupHistory() const
+{
+    return allHistory().filter(QRegularExpression(QStringLiteral("^backup ")));
+}
+
+QStringList ModelTest::history() const
+{
+    QStringList lines = allHistory();
+    lines.removeIf([](const QString &line) { return line.startsWith(u"backup "); });
+    return lines;
+}
+
+std::size_t ModelTest::sleepers() const
+{
+    return clock.sleepers(std::chrono::hours(24));
 }
 
 QStringList ModelTest::logLines()

@@ -20,14 +20,14 @@ namespace quire {
 class ModelTest : public ::testing::Test
 {
 protected:
-    // With an empty library that is closed again.
+    // With an empty library that is closed again, and was backed up just now.
     ModelTest();
     ~ModelTest() override; // lets what was left suspended run out
 
     // A model that is not started. withSession: with a session record.
     void makeModel(bool withSession = false);
 
-    // makeModel() and start().
+    // makeModel() and start(), until the schedules have come to rest.
     void startModel();
 
     // Rows, given to the library file before or behind the model's back.
@@ -41,8 +41,15 @@ protected:
     // What Goodreads answers to every request: a feed of these titles.
     void serveFeed(const QStringList &titles);
 
-    // "job state attempt", one for each line of job history, in order.
+    // "job state attempt", one for each line of job history, in order: of all
+    // jobs, of backups, and of all but backups, since a start tests in its own
+    // time whether one is due.
+    QStringList allHistory() const;
+    QStringList backupHistory() const;
     QStringList history() const;
+
+    // Sleeps under way but for those of the schedules, which last days.
+    std::size_t sleepers() const;
 
     // Lines of the log without their dates, all that were written before.
     QStringList logLines();

@@ -147,7 +147,7 @@ TEST_F(AppModelViewState, ChoosingTheSameTabAgainChangesNothing)
     model->setSelectedTab(LibraryTab::Books);
 
     EXPECT_EQ(model->searchText(), QStringLiteral("emma"));
-    EXPECT_EQ(clock.sleepers(), 0U);
+    EXPECT_EQ(sleepers(), 0U);
 }
 
 TEST_F(AppModelViewState, TheShelfDidNotFinishShowsAudiobooksOfThatStatus)

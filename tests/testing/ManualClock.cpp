@@ -17,6 +17,7 @@ struct ManualClock::State
     struct Sleeper
     {
         std::chrono::nanoseconds until;
+        std::chrono::nanoseconds duration;
         std::shared_ptr<QPromise<void>> promise;
     };
 
@@ -86,7 +87,7 @@ QCoro::Task<> ManualClock::sleep(std::chrono::nanoseconds duration, std::stop_to
         const std::lock_guard lock(state->mutex);
         state->requested.push_back(duration);
         if (duration.count() > 0) {
-            state->sleepers.push_back({state->elapsed + duration, promise});
+            state->sleepers.push_back({state->elapsed + duration, duration, promise});
         }
     }
     if (duration.count() <= 0) { // no time to wait for, but the event loop gets its turn
@@ -123,10 +124,11 @@ void ManualClock::setNow(Instant now)
     m_state->now = now;
 }
 
-std::size_t ManualClock::sleepers() const
+std::size_t ManualClock::sleepers(std::chrono::nanoseconds shorterThan) const
 {
     const std::lock_guard lock(m_state->mutex);
-    return m_state->sleepers.size();
+    return std::size_t(std::count_if(m_state->sleepers.begin(), m_state->sleepers.end(),
+        [shorterThan](const State::Sleeper &sleeper) { return sleeper.duration < shorterThan; }));
 }
 
 std::vector<std::chrono::nanoseconds> ManualClock::requestedSleeps() const

@@ -30,8 +30,8 @@ public:
     // Moves the wall clock alone, as a reader does who sets it.
     void setNow(Instant now);
 
-    // Sleeps that are under way.
-    std::size_t sleepers() const;
+    // Sleeps that are under way and were asked for less than this.
+    std::size_t sleepers(std::chrono::nanoseconds shorterThan = std::chrono::nanoseconds::max()) const;
 
     // The lengths of all sleeps ever asked for, in order.
     std::vector<std::chrono::nanoseconds> requestedSleeps() const;
