@@ -7,7 +7,9 @@
 #include <QFile>
 
 #include <algorithm>
-#include <system_error>
+#include <cerrno>
+
+#include <unistd.h>
 
 namespace quire::BackupRotation {
 
@@ -19,20 +21,18 @@ bool isDatabase(const FolderEntry &entry)
     return !entry.isFolder && extension.toLower() == ".db";
 }
 
+// Not std::filesystem::remove(), which would take an empty folder as well.
 void removeDatabase(const std::filesystem::path &path)
 {
-    std::error_code error;
-    std::filesystem::remove(path, error); // one that is gone already is no failure
-    if (error) {
-        throw FileError(QStringLiteral("remove the file"), QString::fromLocal8Bit(path.c_str()), error.value());
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) { // one that is gone already is no failure
+        throw FileError(QStringLiteral("remove the file"), QFile::decodeName(path.c_str()), errno);
     }
 }
 
-void removeManifest(std::filesystem::path path)
+void removeManifest(const std::filesystem::path &database)
 {
-    path += QFile::encodeName(BackupPaths::manifestSuffix.toString()).constData();
-    std::error_code dropped;
-    std::filesystem::remove(path, dropped);
+    const QByteArray suffix = BackupPaths::manifestSuffix.toUtf8();
+    ::unlink((database.native() + suffix.toStdString()).c_str());
 }
 
 } // namespace

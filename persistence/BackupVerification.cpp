@@ -49,7 +49,7 @@ BackupContents::Counts requireSameCounts(const SQLiteDatabase &copy, const SQLit
 }
 
 // The manifest as far as the open copy tells it.
-QuireBackupManifest examine(SQLiteDatabase &copy, const SQLiteDatabase &library)
+QuireBackupManifest examine(SQLiteDatabase &copy, SQLiteDatabase &library)
 {
     if (!copy.integrityCheck()) {
         throw failure(QStringLiteral("The backup failed its complete integrity check."));
@@ -63,6 +63,10 @@ QuireBackupManifest examine(SQLiteDatabase &copy, const SQLiteDatabase &library)
     const auto identity = BackupContents::identity(copy);
     if (!identity) {
         throw failure(QStringLiteral("The backup has no library identity."));
+    }
+    // The check above finds a torn tree, not a changed letter in a row.
+    if (!BackupContents::areSame(copy, library)) {
+        throw failure(QStringLiteral("The reopened backup does not hold what the live library holds."));
     }
     // One file from here on, also where the library keeps a write-ahead log.
     copy.executeScript("PRAGMA journal_mode = DELETE;");

@@ -1,6 +1,12 @@
 #include "reliability/BackupContents.h"
 
 #include "persistence/database/SQLiteDatabase.h"
+#include "persistence/database/SQLiteStatement.h"
+#include "persistence/database/Transaction.h"
+
+#include <QStringList>
+
+#include <algorithm>
 
 namespace quire::BackupContents {
 
@@ -10,6 +16,34 @@ std::optional<qint64> integer(const SQLiteDatabase &database, const char *sql)
 {
     const auto value = database.scalar(sql);
     return value ? value->intValue() : std::nullopt;
+}
+
+bool giveSameRows(const SQLiteDatabase &a, const SQLiteDatabase &b, const QByteArray &sql)
+{
+    SQLiteStatement inA(a, sql.constData());
+    SQLiteStatement inB(b, sql.constData());
+    for (;;) {
+        const bool isRowInA = inA.step();
+        if (isRowInA != inB.step()) {
+            return false;
+        }
+        if (!isRowInA) {
+            return true;
+        }
+        if (!inA.hasSameRow(inB)) {
+            return false;
+        }
+    }
+}
+
+// Those of SQLite itself as well, such as the one that numbers rows.
+QStringList tables(const SQLiteDatabase &database)
+{
+    QStringList names;
+    for (const SQLiteRow &row : database.query("SELECT name FROM sqlite_master WHERE type = 'table'")) {
+        names.append(row.string(QStringLiteral("name"), {}));
+    }
+    return names;
 }
 
 } // namespace
@@ -34,6 +68,20 @@ std::optional<Identity> identity(const SQLiteDatabase &database)
     const SQLiteRow &row = rows.first();
     return Identity{
         row.string(QStringLiteral("library_uuid"), {}), row.intValue(QStringLiteral("generation")).value_or(0)};
+}
+
+bool areSame(SQLiteDatabase &a, SQLiteDatabase &b)
+{
+    const ReadSnapshot snapshotOfA(a);
+    const ReadSnapshot snapshotOfB(b);
+    if (!giveSameRows(a, b, "SELECT type, name, tbl_name, sql FROM sqlite_master")) {
+        return false;
+    }
+    const QStringList names = tables(a);
+    return std::all_of(names.begin(), names.end(), [&](QString name) {
+        name.replace(u'"', QStringLiteral("\"\""));
+        return giveSameRows(a, b, "SELECT * FROM \"" + name.toUtf8() + '"');
+    });
 }
 
 } // namespace quire::BackupContents

@@ -5,11 +5,36 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
 #include <limits>
 
 namespace quire {
 
 namespace {
+
+bool isSame(sqlite3_stmt *a, sqlite3_stmt *b, int column)
+{
+    const int type = sqlite3_column_type(a, column);
+    if (type != sqlite3_column_type(b, column)) {
+        return false;
+    }
+    switch (type) {
+    case SQLITE_INTEGER:
+        return sqlite3_column_int64(a, column) == sqlite3_column_int64(b, column);
+    case SQLITE_FLOAT: // never a NaN, which SQLite stores as null
+        return sqlite3_column_double(a, column) == sqlite3_column_double(b, column);
+    case SQLITE_NULL:
+        return true;
+    default:
+        break;
+    }
+    // The bytes before their number: it is that of what was asked for last.
+    const auto *bytesOfA = static_cast<const char *>(sqlite3_column_blob(a, column));
+    const auto *bytesOfB = static_cast<const char *>(sqlite3_column_blob(b, column));
+    const int count = sqlite3_column_bytes(a, column);
+    return count == sqlite3_column_bytes(b, column)
+        && (count == 0 || std::memcmp(bytesOfA, bytesOfB, std::size_t(count)) == 0);
+}
 
 // Of a value that holds text; null when there is no memory for it.
 QUtf8StringView utf8Text(sqlite3_value *cell)
@@ -218,6 +243,19 @@ std::optional<double> SQLiteStatement::optionalDouble(int column) const
     default:
         return value(column).optionalDouble();
     }
+}
+
+bool SQLiteStatement::hasSameRow(const SQLiteStatement &other) const
+{
+    if (columnCount() != other.columnCount()) {
+        return false;
+    }
+    for (int column = 0; column < columnCount(); ++column) {
+        if (!isSame(m_handle.get(), other.m_handle.get(), column)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace quire

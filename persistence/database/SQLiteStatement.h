@@ -77,6 +77,10 @@ public:
     double doubleValue(int column, double fallback) const;
     std::optional<double> optionalDouble(int column) const;
 
+    // Whether the current row is that of `other`, to the type of each value and to
+    // its last byte, text that is no valid UTF-8 included.
+    bool hasSameRow(const SQLiteStatement &other) const;
+
 private:
     struct Finalize
     {

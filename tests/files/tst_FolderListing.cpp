@@ -25,6 +25,8 @@ namespace {
 class FolderListingTest : public ::testing::Test
 {
 protected:
+    ~FolderListingTest() override { ::unlink(native("caf\xe9").constData()); } // QTemporaryDir cannot
+
     QByteArray native(const char *name) const { return QFile::encodeName(m_folder.path()) + '/' + name; }
 
     void put(const char *name, FileDate date = {})
