@@ -50,6 +50,7 @@ set(quire_test_results ${CMAKE_BINARY_DIR}/test-results)
 # NAME=value pairs of its environment may follow.
 function(quire_set_test_properties name timeout)
     string(MAKE_C_IDENTIFIER "${name}" report)
+    math(EXPR timeout "${timeout} * ${QUIRE_TEST_PATIENCE}")
     cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/tests OUTPUT_VARIABLE folder)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${timeout}

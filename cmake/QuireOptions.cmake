@@ -7,6 +7,7 @@ set(QUIRE_SAMPLE_DATA "" CACHE PATH
     "Folder with captured answers of the outside services; tests that read it run only when it is set")
 option(QUIRE_WARNINGS_AS_ERRORS "Stop on the first compiler warning" OFF)
 option(QUIRE_BUILD_BENCHMARKS "Build the benchmarks in bench/" OFF)
+set(QUIRE_TEST_PATIENCE 1 CACHE STRING "How many times its ordinary time a test may take")
 set(QUIRE_SANITIZE "" CACHE STRING "Comma-separated sanitizers, as -fsanitize takes them")
 
 if(QUIRE_SANITIZE)
