@@ -45,6 +45,7 @@ namespace quire {
 class LibraryIndex;
 class LibraryStore;
 class QuireBackgroundWorkCoordinator;
+struct FolderQuestion;
 struct GoodreadsSyncResult;
 
 class AppModel : public QObject
@@ -168,6 +169,18 @@ public:
     // when all of it is saved; false leaves the reason in `notice`.
     QCoro::Task<bool> saveSettings(SettingsEdit edit);
 
+    // Folders. -------------------------------------------------------------------
+
+    // Asks the reader for a folder, beginning at `startingAt` if that is one.
+    // The absolute path chosen, or nothing; the settings stay as they are.
+    QCoro::Task<std::optional<QString>> chooseBackupFolder(QString startingAt);
+    QCoro::Task<std::optional<QString>> chooseDatabaseFolder(QString startingAt);
+
+    // Shows the folder of the library in the desktop, and makes it if need be.
+    QCoro::Task<> openDataFolder();
+    // path: the folder to show; blank or absent for the configured one.
+    QCoro::Task<> openBackupFolder(std::optional<QString> path);
+
 Q_SIGNALS:
     void booksChanged();
     void audiobooksChanged();
@@ -234,6 +247,10 @@ private:
     std::function<QCoro::Task<GoodreadsSyncResult>()> goodreadsSync() const;
     void reportGoodreadsSync(const GoodreadsSyncResult &result, bool automatic);
     void reportGoodreadsFailure(const QString &description, bool automatic);
+
+    // Folders.
+    QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion question, QString startingAt);
+    QCoro::Task<> showFolder(QString folder);
 
     QList<Book> m_books;
     QList<Audiobook> m_audiobooks;

@@ -10,6 +10,7 @@
 namespace quire {
 
 class Clock;
+class Desktop;
 class NetworkClient;
 
 // A uniformly random length from zero to `maximum`, both included.
@@ -20,6 +21,7 @@ struct AppModelDependencies
 {
     Clock &clock;
     NetworkClient &network;
+    Desktop &desktop;
     ServiceEndpoints endpoints;
     std::function<std::chrono::nanoseconds(std::chrono::nanoseconds maximum)> jitter = randomDelay; // of retries
 };

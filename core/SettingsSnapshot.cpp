@@ -76,9 +76,7 @@ SettingsSnapshot makeSettingsSnapshot(const SettingsMap &values, const QString &
     snapshot.hasNetlifyToken = snapshot.netlifyTokenSet;
     snapshot.netlifySiteURL = stored(u"netlifySiteURL").text();
     snapshot.localPublishPath = stored(u"localPublishPath").text();
-    snapshot.backupPath = stored(u"backupPath")
-                              .nonEmpty()
-                              .value_or(AppDirectories::supportDirectory() + QStringLiteral("/Database Backups"));
+    snapshot.backupPath = stored(u"backupPath").nonEmpty().value_or(AppDirectories::defaultBackupDirectory());
     snapshot.databaseFolderPath = QFileInfo(databaseLocation).path();
     snapshot.publishIntervalMinutes
         = stored(u"publishIntervalMinutes").integer().value_or(snapshot.publishIntervalMinutes);

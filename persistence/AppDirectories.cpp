@@ -28,4 +28,9 @@ QString legacyBooksSupportDirectory()
     return inDataDirectory(QStringLiteral("Books"));
 }
 
+QString defaultBackupDirectory()
+{
+    return supportDirectory() + QStringLiteral("/Database Backups");
+}
+
 } // namespace quire::AppDirectories

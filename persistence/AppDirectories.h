@@ -16,4 +16,7 @@ QString supportDirectory();
 // The folder of the program that Quire follows, beside the other. May not exist.
 QString legacyBooksSupportDirectory();
 
+// Where backups go unless the reader names another folder.
+QString defaultBackupDirectory();
+
 } // namespace quire::AppDirectories

@@ -9,7 +9,6 @@
 
 #include <QCoroFuture>
 
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -38,8 +37,8 @@ void makeEmptyFile(const QString &path)
 QuireApplication::QuireApplication()
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock), AppDirectories::supportDirectory(),
-          AppModelDependencies{m_clock, m_network, m_endpoints})
-    , m_shell(m_model, m_endpoints.help)
+          AppModelDependencies{m_clock, m_network, m_desktop, m_endpoints})
+    , m_shell(m_model, m_desktop.folderPicker(), m_endpoints.help)
     , m_prewarmer(m_model)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false); // the delegate decides
@@ -54,7 +53,7 @@ QuireApplication::QuireApplication()
     connect(&m_model, &AppModel::settingsChanged, this, &QuireApplication::applyAppearance);
     connect(&m_shell, &ShellViewModel::quitRequested, this, &QuireApplication::quit);
     connect(&m_shell, &ShellViewModel::logsRequested, this, [this] { detach(openLogs()); });
-    connect(&m_shell, &ShellViewModel::linkRequested, this, [](const QUrl &url) { QDesktopServices::openUrl(url); });
+    connect(&m_shell, &ShellViewModel::linkRequested, this, [this](const QUrl &url) { m_desktop.open(url); });
     applyAppearance();
     Theme::serve(m_engine, m_theme);
     m_engine.addImportPath(QStringLiteral(":/qt/qml"));
@@ -129,7 +128,7 @@ QCoro::Task<> QuireApplication::openLogs()
     const QString path = AppDirectories::supportDirectory() + QStringLiteral("/quire.log");
     const auto made = inBackground([path] { makeEmptyFile(path); });
     co_await made;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    m_desktop.open(QUrl::fromLocalFile(path));
 }
 
 } // namespace quire

@@ -9,6 +9,7 @@
 #include "core/AppModel.h"
 #include "QuireApp/Covers/CoverPrewarmer.h"
 #include "QuireApp/QuireApp/QuireAppDelegate.h"
+#include "QuireApp/QuireApp/QuireDesktop.h"
 #include "QuireApp/QuireApp/TerminationSignals.h"
 #include "QuireApp/Theme/Theme.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
@@ -51,6 +52,7 @@ private:
     SystemClock m_clock;
     ServiceEndpoints m_endpoints;
     NetworkClient m_network;
+    QuireDesktop m_desktop;
     AppModel m_model;
     QuireAppDelegate m_appDelegate;
     TerminationSignals m_signals;

@@ -1,14 +1,25 @@
 #include "QuireApp/ViewModels/ShellViewModel.h"
 
+#include "concurrency/Detach.h"
+#include "core/AppModel.h"
+
 namespace quire {
 
-ShellViewModel::ShellViewModel(AppModel &model, const QUrl &helpHost, QObject *parent)
+ShellViewModel::ShellViewModel(
+    AppModel &model, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent)
     : QObject(parent)
+    , m_model(model)
+    , m_folderPicker(folderPicker)
     , m_library(model)
     , m_activity(model)
     , m_insights(model)
     , m_settings(model, helpHost)
 {
+}
+
+void ShellViewModel::openDataFolder()
+{
+    detach(m_model.openDataFolder());
 }
 
 } // namespace quire

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "QuireApp/ViewModels/ActivityViewModel.h"
+#include "QuireApp/ViewModels/FolderPickerViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
 #include "QuireApp/ViewModels/LibraryViewModel.h"
 #include "QuireApp/ViewModels/SettingsViewModel.h"
@@ -26,15 +27,21 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::ActivityViewModel *activity READ activity CONSTANT)
     Q_PROPERTY(quire::InsightsViewModel *insights READ insights CONSTANT)
     Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
+    Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
 public:
-    // model outlives this. helpHost: scheme and authority of the help pages.
-    ShellViewModel(AppModel &model, const QUrl &helpHost, QObject *parent = nullptr);
+    // model and folderPicker outlive this. helpHost: scheme and authority of the
+    // help pages.
+    ShellViewModel(
+        AppModel &model, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent = nullptr);
 
     LibraryViewModel *library() { return &m_library; }
     ActivityViewModel *activity() { return &m_activity; }
     InsightsViewModel *insights() { return &m_insights; }
     SettingsViewModel *settings() { return &m_settings; }
+    FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
+
+    Q_INVOKABLE void openDataFolder();
 
 Q_SIGNALS:
     // Asked for by a menu or a link; the application does them.
@@ -43,6 +50,8 @@ Q_SIGNALS:
     void linkRequested(const QUrl &url);
 
 private:
+    AppModel &m_model;
+    FolderPickerViewModel &m_folderPicker;
     LibraryViewModel m_library;
     ActivityViewModel m_activity;
     InsightsViewModel m_insights;

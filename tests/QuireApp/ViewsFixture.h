@@ -8,6 +8,7 @@
 #include "core/AppModel.h"
 #include "QuireApp/Covers/CoverSource.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
+#include "ScriptedDesktop.h"
 #include "sources/NetworkClient.h"
 #include "testing/TestLibrary.h"
 
@@ -40,7 +41,9 @@ public:
 private:
     testing::TestLibrary m_library{testing::TestLibrary::Start::Closed};
     NetworkClient m_network;
+    ScriptedDesktop m_desktop;
     ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
+    FolderPickerViewModel m_folderPicker;
     std::unique_ptr<AppModel> m_model;
     std::unique_ptr<ShellViewModel> m_shell;
 };

@@ -30,7 +30,7 @@ void ModelTest::makeModel(bool withSession)
 {
     ServiceEndpoints endpoints = ServiceEndpoints::standard();
     endpoints.goodreads = goodreads.origin();
-    AppModelDependencies dependencies{clock, network, endpoints};
+    AppModelDependencies dependencies{clock, network, desktop, endpoints};
     dependencies.jitter = [](std::chrono::nanoseconds maximum) { return maximum; };
     model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(clock, library.folder()),
         withSession ? std::optional(library.folder()) : std::nullopt, dependencies);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "core/AppModel.h"
+#include "ScriptedDesktop.h"
 #include "sources/NetworkClient.h"
 #include "testing/Await.h"
 #include "testing/LoopbackServer.h"
@@ -64,6 +65,7 @@ protected:
     testing::ManualClock &clock = library.clock();
     testing::LoopbackServer goodreads;
     NetworkClient network;
+    ScriptedDesktop desktop;
     std::unique_ptr<AppModel> model;
 
 private:

@@ -1,0 +1,26 @@
+// The desktop as it is: its own folder picker where it lends one, Quire's where
+// it does not, and its own programs for what is to be opened.
+//
+// Thread: interface thread.
+
+#pragma once
+
+#include "core/Desktop.h"
+#include "QuireApp/ViewModels/FolderPickerViewModel.h"
+
+namespace quire {
+
+class QuireDesktop final : public Desktop
+{
+public:
+    QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion question) override;
+    void open(const QUrl &address) override;
+
+    // Quire's own picker, for a window to show.
+    FolderPickerViewModel &folderPicker() { return m_folderPicker; }
+
+private:
+    FolderPickerViewModel m_folderPicker;
+};
+
+} // namespace quire
