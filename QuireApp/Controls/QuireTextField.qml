@@ -34,6 +34,7 @@ T.TextField {
         anchors.fill: parent
         anchors.leftMargin: field.leftPadding
         anchors.rightMargin: field.rightPadding
+        horizontalAlignment: field.effectiveHorizontalAlignment
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         text: field.placeholderText

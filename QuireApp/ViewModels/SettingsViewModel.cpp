@@ -2,6 +2,7 @@
 
 #include "concurrency/Detach.h"
 #include "core/AppModel.h"
+#include "persistence/AppDirectories.h"
 #include "QuireApp/ViewModels/LibraryTexts.h"
 
 #include <QPointer>
@@ -15,7 +16,8 @@ SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *pa
     , m_selectedTab(QStringLiteral("goodreads"))
     , m_edit(SettingsEdit::of(model.settings()))
 {
-    m_tabs.setChoices({{m_selectedTab, QStringLiteral("Goodreads"), QString()}});
+    m_tabs.setChoices({{m_selectedTab, QStringLiteral("Goodreads"), QString()},
+        {QStringLiteral("data"), QStringLiteral("Data"), QString()}});
     connect(&m_model, &AppModel::settingsChanged, this, &SettingsViewModel::settingsChanged);
 }
 
@@ -27,20 +29,43 @@ void SettingsViewModel::selectTab(const QString &word)
     }
 }
 
-void SettingsViewModel::setGoodreadsUserID(const QString &text)
+template<typename Value>
+void SettingsViewModel::enter(Value SettingsEdit::*buffer, const std::type_identity_t<Value> &value)
 {
-    if (text != m_edit.goodreadsUserID) {
-        m_edit.goodreadsUserID = text;
+    if (value != m_edit.*buffer) {
+        m_edit.*buffer = value;
         Q_EMIT editChanged();
     }
 }
 
+void SettingsViewModel::setGoodreadsUserID(const QString &text)
+{
+    enter(&SettingsEdit::goodreadsUserID, text);
+}
+
 void SettingsViewModel::setGoodreadsKey(const QString &text)
 {
-    if (text != m_edit.goodreadsKey) {
-        m_edit.goodreadsKey = text;
-        Q_EMIT editChanged();
-    }
+    enter(&SettingsEdit::goodreadsKey, text);
+}
+
+void SettingsViewModel::setDatabaseFolderPath(const QString &path)
+{
+    enter(&SettingsEdit::databaseFolderPath, path);
+}
+
+void SettingsViewModel::setBackupPath(const QString &path)
+{
+    enter(&SettingsEdit::backupPath, path);
+}
+
+void SettingsViewModel::setBackupInterval(int days)
+{
+    enter(&SettingsEdit::backupInterval, days);
+}
+
+void SettingsViewModel::setMaximumBackupFiles(int files)
+{
+    enter(&SettingsEdit::maximumBackupFiles, files);
 }
 
 QString SettingsViewModel::goodreadsKeyPrompt() const
@@ -76,6 +101,41 @@ void SettingsViewModel::load()
 {
     m_edit = SettingsEdit::of(m_model.settings());
     Q_EMIT editChanged();
+}
+
+void SettingsViewModel::chooseDatabaseFolder()
+{
+    detach(fillFromAnswer(&SettingsEdit::databaseFolderPath, m_model.chooseDatabaseFolder(m_edit.databaseFolderPath)));
+}
+
+void SettingsViewModel::chooseBackupFolder()
+{
+    detach(fillFromAnswer(&SettingsEdit::backupPath, m_model.chooseBackupFolder(m_edit.backupPath)));
+}
+
+QCoro::Task<> SettingsViewModel::fillFromAnswer(
+    QString SettingsEdit::*buffer, QCoro::Task<std::optional<QString>> asking)
+{
+    const QPointer<SettingsViewModel> self(this);
+    const std::optional<QString> answer = co_await asking;
+    if (self && answer) {
+        enter(buffer, *answer);
+    }
+}
+
+void SettingsViewModel::useDefaultDatabaseFolder()
+{
+    setDatabaseFolderPath(AppDirectories::supportDirectory());
+}
+
+void SettingsViewModel::useDefaultBackupFolder()
+{
+    setBackupPath(AppDirectories::defaultBackupDirectory());
+}
+
+void SettingsViewModel::openBackups()
+{
+    detach(m_model.openBackupFolder(m_edit.backupPath));
 }
 
 void SettingsViewModel::save()

@@ -15,6 +15,9 @@
 #include <QtQml/qqmlregistration.h>
 #include <QUrl>
 
+#include <optional>
+#include <type_traits>
+
 namespace quire {
 
 class AppModel;
@@ -33,6 +36,11 @@ class SettingsViewModel : public QObject
     Q_PROPERTY(QString goodreadsKeyPrompt READ goodreadsKeyPrompt NOTIFY settingsChanged)
     Q_PROPERTY(QUrl goodreadsUserIDHelp READ goodreadsUserIDHelp CONSTANT)
     Q_PROPERTY(QUrl goodreadsKeyHelp READ goodreadsKeyHelp CONSTANT)
+
+    Q_PROPERTY(QString databaseFolderPath READ databaseFolderPath WRITE setDatabaseFolderPath NOTIFY editChanged)
+    Q_PROPERTY(QString backupPath READ backupPath WRITE setBackupPath NOTIFY editChanged)
+    Q_PROPERTY(int backupInterval READ backupInterval WRITE setBackupInterval NOTIFY editChanged)
+    Q_PROPERTY(int maximumBackupFiles READ maximumBackupFiles WRITE setMaximumBackupFiles NOTIFY editChanged)
 
     Q_PROPERTY(QString lastUpdatedText READ lastUpdatedText NOTIFY settingsChanged)
     // A save is under way.
@@ -54,11 +62,30 @@ public:
     QUrl goodreadsUserIDHelp() const;
     QUrl goodreadsKeyHelp() const;
 
+    QString databaseFolderPath() const { return m_edit.databaseFolderPath; }
+    void setDatabaseFolderPath(const QString &path);
+    QString backupPath() const { return m_edit.backupPath; }
+    void setBackupPath(const QString &path);
+    int backupInterval() const { return int(m_edit.backupInterval); } // days
+    void setBackupInterval(int days);
+    int maximumBackupFiles() const { return int(m_edit.maximumBackupFiles); }
+    void setMaximumBackupFiles(int files);
+
     QString lastUpdatedText() const;
     bool isSaving() const { return m_isSaving; }
 
     // Takes every buffer from the settings in force.
     Q_INVOKABLE void load();
+
+    // Ask the reader, beginning at the folder in the buffer, which takes the
+    // answer.
+    Q_INVOKABLE void chooseDatabaseFolder();
+    Q_INVOKABLE void chooseBackupFolder();
+    // The folders that Quire takes by itself.
+    Q_INVOKABLE void useDefaultDatabaseFolder();
+    Q_INVOKABLE void useDefaultBackupFolder();
+    // Shows the backup folder as it stands in its buffer.
+    Q_INVOKABLE void openBackups();
 
     // Stores the buffers; saved() follows, or a notice of the model.
     Q_INVOKABLE void save();
@@ -71,6 +98,10 @@ Q_SIGNALS:
     void saved();
 
 private:
+    // Puts a value into its buffer, and announces a change.
+    template<typename Value>
+    void enter(Value SettingsEdit::*buffer, const std::type_identity_t<Value> &value);
+    QCoro::Task<> fillFromAnswer(QString SettingsEdit::*buffer, QCoro::Task<std::optional<QString>> asking);
     QCoro::Task<> saveEdit(SettingsEdit edit);
     void setSaving(bool saving);
     QUrl help(const QString &anchor) const;

@@ -15,6 +15,10 @@ QuireMenuBar {
         title: "&Quire"
 
         QuireMenuItem {
+            text: "Open Data Folder"
+            onTriggered: bar.shell.openDataFolder()
+        }
+        QuireMenuItem {
             text: "Open Logs"
             onTriggered: bar.shell.logsRequested()
         }

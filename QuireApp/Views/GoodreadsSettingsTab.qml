@@ -64,11 +64,7 @@ SettingsSection {
             }
         }
     }
-    QuireText {
-        width: parent.width
+    SettingsNote {
         text: "Automatic and manual sync controls are in Libraries. Goodreads data complements Quire and never replaces your existing values."
-        size: 11
-        color: Theme.secondary
-        wrapMode: Text.Wrap
     }
 }

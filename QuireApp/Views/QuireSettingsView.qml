@@ -2,6 +2,7 @@
 // and Save.
 
 import QtQuick
+import QtQuick.Templates as T
 
 import Quire
 
@@ -12,9 +13,14 @@ FocusScope {
 
     signal dismissed
     signal linkActivated(url address)
+    signal dataFolderRequested
+    signal logsRequested
 
     function focusFirstField() {
-        goodreads.focusFirstField();
+        if (goodreads.visible)
+            goodreads.focusFirstField();
+        else
+            data.focusFirstField();
     }
 
     focus: true
@@ -68,7 +74,7 @@ FocusScope {
             anchors.bottom: footer.top
             anchors.bottomMargin: 18
             width: parent.width
-            contentHeight: goodreads.implicitHeight
+            contentHeight: goodreads.visible ? goodreads.implicitHeight : data.implicitHeight
             boundsBehavior: Flickable.StopAtBounds
             interactive: contentHeight > height
             clip: interactive
@@ -82,6 +88,18 @@ FocusScope {
                 onLinkActivated: address => view.linkActivated(address)
                 onAccepted: view.settings.save()
             }
+            DataSettingsTab {
+                id: data
+
+                width: scroller.width
+                visible: view.settings.selectedTab === "data"
+                settings: view.settings
+                onAccepted: view.settings.save()
+                onDataFolderRequested: view.dataFolderRequested()
+                onLogsRequested: view.logsRequested()
+            }
+
+            T.ScrollBar.vertical: QuireScrollBar {}
         }
 
         Item {

@@ -35,6 +35,12 @@ T.ApplicationWindow {
         settings: window.shell.settings
         onDismissed: window.close()
         onLinkActivated: url => window.shell.linkRequested(url)
+        onDataFolderRequested: window.shell.openDataFolder()
+        onLogsRequested: window.shell.logsRequested()
+    }
+
+    FolderPicker {
+        folderPicker: window.shell.folderPicker
     }
 
     NoticeAlert {
