@@ -1,11 +1,12 @@
-// The desktop as it is: its own folder picker where it lends one, Quire's where
-// it does not, and its own programs for what is to be opened.
+// The desktop as it is: its own folder picker where it lends one and Quire's
+// where it does not, and its own programs for what is to be opened.
 //
 // Thread: interface thread.
 
 #pragma once
 
 #include "core/Desktop.h"
+#include "QuireApp/QuireApp/FileChooserPortal.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 
 namespace quire {
@@ -20,6 +21,7 @@ public:
     FolderPickerViewModel &folderPicker() { return m_folderPicker; }
 
 private:
+    FileChooserPortal m_portal;
     FolderPickerViewModel m_folderPicker;
 };
 

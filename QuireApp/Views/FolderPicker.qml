@@ -146,14 +146,8 @@ T.Popup {
             width: parent.width
             radius: 9
             color: "white"
-            border.width: 1
-            border.color: Theme.hairline
-
-            FocusRing {
-                control: list
-                controlRadius: 9
-                visible: list.activeFocus
-            }
+            border.width: list.activeFocus ? 2 : 1
+            border.color: list.activeFocus ? Theme.mark : Theme.edge
 
             QuireText {
                 anchors.centerIn: parent

@@ -17,7 +17,8 @@ Run one file alone with the program of any build:
 
 from .case import ProgramTestCase
 from .controls import Control, NotFound
+from .portal import FolderPortal
 from .program import Program
 from .waiting import TookTooLong, wait_until
 
-__all__ = ["Control", "NotFound", "Program", "ProgramTestCase", "TookTooLong", "wait_until"]
+__all__ = ["Control", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "TookTooLong", "wait_until"]
