@@ -9,10 +9,13 @@
 
 #include <QCollator>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace quire {
 
@@ -43,6 +46,23 @@ QString existing(QString folder)
         folder = QFileInfo(folder).path();
     }
     return folder;
+}
+
+// The names of the folders within, hidden ones left out, in no order; nothing
+// when it cannot be read (the toolkit would show it as empty).
+std::optional<QStringList> foldersIn(const QString &folder)
+{
+    std::error_code failure;
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), failure);
+    QStringList names;
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure)) {
+        const QString name = QFile::decodeName(entry->path().filename().c_str());
+        std::error_code unknown;
+        if (!name.startsWith(u'.') && entry->is_directory(unknown)) {
+            names.append(name);
+        }
+    }
+    return failure ? std::nullopt : std::optional(names);
 }
 
 } // namespace
@@ -134,14 +154,14 @@ void FolderPickerViewModel::cancel()
 
 FolderPickerViewModel::Listing FolderPickerViewModel::listing(const QString &folder)
 {
-    const QFileInfo info(folder);
-    if (!info.isDir()) {
+    if (!QFileInfo(folder).isDir()) {
         return {{}, {}, absence(folder)};
     }
-    if (!info.isReadable() || !info.isExecutable()) {
+    const auto found = foldersIn(folder);
+    if (!found) {
         return {{}, {}, QStringLiteral("The folder “%1” cannot be looked into.").arg(folder)};
     }
-    QStringList names = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
+    QStringList names = *found;
     QCollator order;
     order.setNumericMode(true);
     order.setCaseSensitivity(Qt::CaseInsensitive);

@@ -3,6 +3,7 @@
 #include "testing/Await.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QImage>
 
 namespace quire {
@@ -27,6 +28,8 @@ ViewsFixture::ViewsFixture()
         std::nullopt, AppModelDependencies{m_library.clock(), m_network, m_desktop, m_endpoints});
     m_shell = std::make_unique<ShellViewModel>(*m_model, m_folderPicker, QUrl(QStringLiteral("https://help.test")));
     await(m_model->start());
+    QDir(m_folders.path()).mkdir(QStringLiteral("first"));
+    QDir(m_folders.path()).mkdir(QStringLiteral("second"));
 }
 
 ViewsFixture::~ViewsFixture()
@@ -51,6 +54,17 @@ void ViewsFixture::showNotice(const QString &title, const QString &message)
 QString ViewsFixture::selectedTitle() const
 {
     return m_model->selectedBook() ? m_model->selectedBook()->title : QString();
+}
+
+QString ViewsFixture::folderAnswer() const
+{
+    return m_folderAnswer.isFinished() ? m_folderAnswer.result().value_or(QString()) : QString();
+}
+
+void ViewsFixture::askForFolder(bool allowsNewFolders)
+{
+    m_folderAnswer = m_folderPicker.ask({QStringLiteral("Which folder?"), QStringLiteral("It will hold the books."),
+        QStringLiteral("Take It"), m_folders.path(), allowsNewFolders});
 }
 
 CoverSource ViewsFixture::cover(const QColor &color) const

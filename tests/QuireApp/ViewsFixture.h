@@ -13,7 +13,9 @@
 #include "testing/TestLibrary.h"
 
 #include <QColor>
+#include <QFuture>
 #include <QObject>
+#include <QTemporaryDir>
 
 #include <memory>
 
@@ -23,6 +25,8 @@ class ViewsFixture : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(quire::ShellViewModel *shell READ shell CONSTANT)
+    Q_PROPERTY(QString folder READ folder CONSTANT) // with the folders "first" and "second"
+    Q_PROPERTY(QString folderAnswer READ folderAnswer) // of the last question, empty for none
 
 public:
     // With 37 read books, one of them hidden, and one wanted.
@@ -35,6 +39,10 @@ public:
     Q_INVOKABLE void showNotice(const QString &title, const QString &message);
     Q_INVOKABLE bool hasNotice() const { return m_model->notice().has_value(); }
     Q_INVOKABLE QString selectedTitle() const;
+    QString folder() const { return m_folders.path(); }
+    QString folderAnswer() const;
+    // Opens the picker at `folder`.
+    Q_INVOKABLE void askForFolder(bool allowsNewFolders);
     // A cover that is all of one colour.
     Q_INVOKABLE quire::CoverSource cover(const QColor &color) const;
 
@@ -43,7 +51,9 @@ private:
     NetworkClient m_network;
     ScriptedDesktop m_desktop;
     ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
+    QTemporaryDir m_folders;
     FolderPickerViewModel m_folderPicker;
+    QFuture<FolderPickerViewModel::Answer> m_folderAnswer;
     std::unique_ptr<AppModel> m_model;
     std::unique_ptr<ShellViewModel> m_shell;
 };

@@ -1,4 +1,5 @@
 #include "ModelTest.h"
+#include "persistence/AppDirectories.h"
 #include "QuireApp/ViewModels/SettingsViewModel.h"
 
 #include <QSignalSpy>
@@ -66,6 +67,77 @@ TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
     EXPECT_TRUE(eventually([&] { return model->notice().has_value() && !settings.isSaving(); }));
     EXPECT_EQ(saved.size(), 0);
     EXPECT_EQ(model->notice()->title, QStringLiteral("Settings Could Not Be Saved"));
+}
+
+TEST_F(SettingsViewModelTest, TheFoldersOfTheReaderFillTheirBuffersAndNothingElse)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.load();
+    EXPECT_EQ(settings.databaseFolderPath(), library.folder());
+    desktop.answer = library.file(QStringLiteral("Büro 100%"));
+
+    settings.chooseDatabaseFolder();
+    EXPECT_TRUE(eventually([&] { return settings.databaseFolderPath() == desktop.answer; }));
+    EXPECT_EQ(desktop.questions.last().startFolder, library.folder());
+    settings.chooseBackupFolder();
+    EXPECT_TRUE(eventually([&] { return settings.backupPath() == desktop.answer; }));
+
+    EXPECT_EQ(model->settings().databaseFolderPath, library.folder());
+    EXPECT_EQ(stored(QStringLiteral("backupPath")), std::nullopt);
+}
+
+TEST_F(SettingsViewModelTest, APickerThatIsCancelledLeavesTheBuffer)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.setBackupPath(QStringLiteral("/typed"));
+
+    settings.chooseBackupFolder();
+    EXPECT_TRUE(eventually([&] { return desktop.questions.size() == 1; }));
+    settle();
+
+    EXPECT_EQ(settings.backupPath(), QStringLiteral("/typed"));
+}
+
+TEST_F(SettingsViewModelTest, TheDefaultFoldersAreThoseOfTheProgram)
+{
+    makeModel();
+    SettingsViewModel settings(*model, helpHost);
+
+    settings.useDefaultDatabaseFolder();
+    settings.useDefaultBackupFolder();
+
+    EXPECT_EQ(settings.databaseFolderPath(), AppDirectories::supportDirectory());
+    EXPECT_EQ(settings.backupPath(), AppDirectories::supportDirectory() + QStringLiteral("/Database Backups"));
+}
+
+TEST_F(SettingsViewModelTest, TheBackupFolderIsShownAsItIsTyped)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    const QString typed = library.file(QStringLiteral("Typed"));
+    settings.setBackupPath(typed);
+
+    settings.openBackups();
+
+    EXPECT_TRUE(eventually([&] { return desktop.opened == QList{QUrl::fromLocalFile(typed)}; }));
+}
+
+TEST_F(SettingsViewModelTest, TheRhythmOfBackupsIsStored)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.load();
+    settings.setBackupInterval(3);
+    settings.setMaximumBackupFiles(7);
+    const QSignalSpy saved(&settings, &SettingsViewModel::saved);
+
+    settings.save();
+
+    EXPECT_TRUE(eventually([&] { return saved.size() == 1; }));
+    EXPECT_EQ(stored(QStringLiteral("backupIntervalDays")), QStringLiteral("3"));
+    EXPECT_EQ(stored(QStringLiteral("maximumBackupFiles")), QStringLiteral("7"));
 }
 
 TEST_F(SettingsViewModelTest, TheLinksLeadToTheHelpHost)

@@ -43,6 +43,7 @@ Item {
 
         function init() {
             fixture.shell.settings.load();
+            fixture.shell.settings.selectedTab = "goodreads";
             dismissed.clear();
         }
 
