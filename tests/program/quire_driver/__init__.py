@@ -19,6 +19,7 @@ from .case import ProgramTestCase
 from .controls import Control, NotFound
 from .portal import FolderPortal
 from .program import Program
+from .settings import Settings
 from .waiting import TookTooLong, wait_until
 
-__all__ = ["Control", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "TookTooLong", "wait_until"]
+__all__ = ["Control", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "Settings", "TookTooLong", "wait_until"]

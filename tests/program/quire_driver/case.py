@@ -22,24 +22,31 @@ class ProgramTestCase(unittest.TestCase):
     expected_complaints: str | None = None
 
     def setUp(self) -> None:
-        self.home = Home()
-        self.addCleanup(self.home.remove)
         self.services = StandIn()
         self.addCleanup(self.services.stop)
-        self.home.set_endpoints(**self.services.endpoints())
+        self.home = self.make_home()
         self._programs: list[Program] = []
 
-    def start(self, **variables: str) -> Program:
+    def make_home(self) -> Home:
+        """An empty home; further ones are those of further readers or computers."""
+        home = Home()
+        self.addCleanup(home.remove)
+        home.set_endpoints(**self.services.endpoints())
+        home.lend_opener()
+        return home
+
+    def start(self, home: Home | None = None, **variables: str) -> Program:
         """Starts the program, and waits until its window is there and the library is read: what is
-        pressed before that is overruled by the section that the library remembers."""
-        program = self.launch(**variables)
+        pressed before that is overruled by the section that the library remembers. home: another
+        reader's than that of the test."""
+        program = self.launch(home, **variables)
         program.find(role="frame", name="Quire", seconds=30)
         program.wait_until_idle()
         return program
 
-    def launch(self, **variables: str) -> Program:
+    def launch(self, home: Home | None = None, **variables: str) -> Program:
         """Starts the program, and waits for nothing."""
-        program = Program(self.home, variables)
+        program = Program(home or self.home, variables)
         self._programs.append(program)
         return program
 

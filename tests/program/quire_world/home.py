@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import os
 import shutil
 import sqlite3
 import tempfile
@@ -22,6 +23,21 @@ class Home:
         self.config = self.folder / "config"
         self.runtime = self.folder / "runtime"
         self.runtime.mkdir(mode=0o700)
+        self._variables: dict[str, str] = {}
+
+    def lend_opener(self) -> None:
+        """A desktop's way to open files and pages, which opens nothing and notes what it was asked."""
+        opener = self.folder / "bin" / "xdg-open"
+        opener.parent.mkdir()
+        opener.write_text(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{self.folder}/opened'\n")
+        opener.chmod(0o755)
+        self._variables["PATH"] = f"{opener.parent}:{os.environ['PATH']}"
+
+    @property
+    def opened(self) -> list[str]:
+        """The addresses and paths that the desktop was asked to open."""
+        file = self.folder / "opened"
+        return file.read_text().splitlines() if file.exists() else []
 
     @property
     def support(self) -> Path:
@@ -30,6 +46,12 @@ class Home:
     @property
     def database(self) -> Path:
         return self.support / "quire.db"
+
+    @property
+    def remembered_folder(self) -> str | None:
+        """The library's folder as the program remembers it; nothing while it is where it was made."""
+        file = self.support / "Library Location.json"
+        return json.loads(file.read_text())["path"] if file.exists() else None
 
     @property
     def credentials(self) -> Path:
@@ -53,7 +75,7 @@ class Home:
             "XDG_CACHE_HOME": str(self.folder / "cache"),
             "XDG_STATE_HOME": str(self.folder / "state"),
             "XDG_RUNTIME_DIR": str(self.runtime),
-        }
+        } | self._variables
 
     def set_endpoints(self, **addresses: str) -> None:
         """Where the outside services are to be looked for, e.g. goodreads="http://127.0.0.1:4000"."""
@@ -61,6 +83,11 @@ class Home:
         file.parent.mkdir(parents=True, exist_ok=True)
         lines = ["[endpoints]"] + [f"{name}={address}" for name, address in addresses.items()]
         file.write_text("\n".join(lines) + "\n")
+
+    def use_library_in(self, folder: Path) -> None:
+        """As if the reader had chosen the library's folder in an earlier run."""
+        self.support.mkdir(parents=True, exist_ok=True)
+        (self.support / "Library Location.json").write_text(json.dumps({"path": str(folder)}))
 
     def connect_goodreads(self, user: str = "81234567", key: str = "feed-key-of-the-tests",
                           automatic: bool = False) -> None:
@@ -75,19 +102,21 @@ class Home:
         """Puts books into a library that the program has not yet seen."""
         write_older_library(self.database, books)
 
-    def query(self, statement: str, *values: Any) -> list[tuple]:
-        """Rows of the library, read from a copy of its files, so that no lock is ever held that the
-        program would wait for. The copy of a library that is just being written may be torn."""
+    def query(self, statement: str, *values: Any, database: Path | None = None) -> list[tuple]:
+        """Rows of the library, or of another file like it, read from a copy of its files, so that no lock
+        is ever held that the program would wait for. The copy of a library that is just being written may
+        be torn."""
+        source = database or self.database
         with tempfile.TemporaryDirectory(prefix="quire-copy-") as folder:
             for suffix in ("", "-wal"):
-                file = self.database.with_name(self.database.name + suffix)
+                file = source.with_name(source.name + suffix)
                 if file.exists():
                     shutil.copyfile(file, Path(folder) / file.name)
-            with closing(sqlite3.connect(Path(folder) / self.database.name)) as copy:
+            with closing(sqlite3.connect(Path(folder) / source.name)) as copy:
                 return copy.execute(statement, values).fetchall()
 
-    def value(self, statement: str, *values: Any) -> Any:
-        rows = self.query(statement, *values)
+    def value(self, statement: str, *values: Any, database: Path | None = None) -> Any:
+        rows = self.query(statement, *values, database=database)
         return rows[0][0] if rows else None
 
     def setting(self, key: str) -> str | None:
@@ -97,9 +126,9 @@ class Home:
         except sqlite3.Error:
             return None
 
-    def execute(self, statement: str, *values: Any) -> None:
-        """Changes the library while the program is not running."""
-        with closing(sqlite3.connect(self.database)) as library:
+    def execute(self, statement: str, *values: Any, database: Path | None = None) -> None:
+        """Changes the library, or another file like it, while the program is not running."""
+        with closing(sqlite3.connect(database or self.database)) as library:
             library.execute(statement, values)
             library.commit()
 
