@@ -1,10 +1,10 @@
 #include "core/LibraryIndex.h"
 
 #include "records/Text.h"
+#include "records/TitleCollator.h"
 
 #include <QCollator>
 #include <QHash>
-#include <QLocale>
 
 #include <algorithm>
 #include <cstring>
@@ -14,16 +14,6 @@
 namespace quire {
 
 namespace {
-
-QCollator titleCollator()
-{
-    // The C locale compares code points and knows neither case nor numbers.
-    const QLocale system = QLocale::system();
-    QCollator collator(system.language() == QLocale::C ? QLocale(QLocale::English) : system);
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
-}
 
 // Finds the row that a title had in an earlier state of its list.
 template<typename Record>

@@ -89,7 +89,7 @@ FocusScope {
                 implicitHeight: choice.height - 6
                 text: piece.title
                 checkable: false
-                activeFocusOnTab: piece.index === choice.selectedRow
+                activeFocusOnTab: piece.index === choice.selectedRow || piece.activeFocus
                 focusPolicy: Qt.StrongFocus
                 onClicked: choice.chosen(piece.word)
 

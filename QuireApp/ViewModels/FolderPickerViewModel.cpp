@@ -4,10 +4,10 @@
 #include "concurrency/InBackground.h"
 #include "files/FolderPath.h"
 #include "records/Text.h"
+#include "records/TitleCollator.h"
 
 #include <QCoroFuture>
 
-#include <QCollator>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -162,9 +162,7 @@ FolderPickerViewModel::Listing FolderPickerViewModel::listing(const QString &fol
         return {{}, {}, QStringLiteral("The folder “%1” cannot be looked into.").arg(folder)};
     }
     QStringList names = *found;
-    QCollator order;
-    order.setNumericMode(true);
-    order.setCaseSensitivity(Qt::CaseInsensitive);
+    const QCollator order = titleCollator();
     std::sort(names.begin(), names.end(),
         [&order](const QString &left, const QString &right) { return order.compare(left, right) < 0; });
     return {folder, names, {}};

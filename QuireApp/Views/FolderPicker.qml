@@ -141,8 +141,8 @@ T.Popup {
 
             anchors.top: place.bottom
             anchors.topMargin: 10
-            anchors.bottom: trouble.top
-            anchors.bottomMargin: 6
+            anchors.bottom: trouble.visible ? trouble.top : buttons.top
+            anchors.bottomMargin: trouble.visible ? 8 : 14
             width: parent.width
             radius: 9
             color: "white"
@@ -216,16 +216,15 @@ T.Popup {
             id: trouble
 
             anchors.bottom: buttons.top
-            anchors.bottomMargin: picker.folderPicker.trouble.length > 0 ? 12 : 8
+            anchors.bottomMargin: 12
             width: parent.width
-            height: picker.folderPicker.trouble.length > 0 ? implicitHeight : 0
+            visible: text.length > 0
             text: picker.folderPicker.trouble
             size: 12
             wrapMode: Text.Wrap
             maximumLineCount: 2
             elide: Text.ElideRight
             Accessible.role: Accessible.AlertMessage
-            Accessible.ignored: text.length === 0
         }
 
         Item {

@@ -170,6 +170,10 @@ class Control:
         self.hover()
         Desktop.shared().run("xdotool", "click", str(button))
 
+    def double_click(self) -> None:
+        self.hover()
+        Desktop.shared().run("xdotool", "click", "--repeat", "2", "--delay", "80", "1")
+
     def __repr__(self) -> str:
         return f"<{self.role} {self.name!r}>"
 

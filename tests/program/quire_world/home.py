@@ -10,6 +10,7 @@ import tempfile
 from contextlib import closing
 from pathlib import Path
 from typing import Any
+from urllib.parse import unquote
 
 from .older_library import OldBook, write_credentials, write_older_library
 
@@ -35,9 +36,10 @@ class Home:
 
     @property
     def opened(self) -> list[str]:
-        """The addresses and paths that the desktop was asked to open."""
+        """What the desktop was asked to open: pages by their address, files and folders by their path."""
         file = self.folder / "opened"
-        return file.read_text().splitlines() if file.exists() else []
+        asked = file.read_text().splitlines() if file.exists() else []
+        return [unquote(line.removeprefix("file://")) if line.startswith("file://") else line for line in asked]
 
     @property
     def support(self) -> Path:
