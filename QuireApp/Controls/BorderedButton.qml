@@ -10,6 +10,8 @@ T.Button {
 
     property string symbol
     property bool small: false
+    // What it began goes on: a ring in place of its words, which keeps its width.
+    property bool busy: false
     property string toolTipText
     property color fill: "white"
     property color fillHovered: Theme.hover
@@ -54,6 +56,7 @@ T.Button {
 
             anchors.centerIn: parent
             spacing: 6
+            opacity: button.busy ? 0 : 1
 
             SymbolPicture {
                 anchors.verticalCenter: parent.verticalCenter
@@ -70,6 +73,12 @@ T.Button {
                 color: button.foreground
                 Accessible.ignored: true
             }
+        }
+        ProgressRing {
+            anchors.centerIn: parent
+            small: true
+            color: button.foreground
+            visible: button.busy
         }
     }
 

@@ -8,13 +8,14 @@ Item {
     id: ring
 
     property bool small: false
+    property color color: Theme.mark
 
     implicitWidth: ring.small ? 16 : 28
     implicitHeight: implicitWidth
 
     ProgressRingPicture {
         anchors.fill: parent
-        color: Theme.mark
+        color: ring.color
 
         RotationAnimation on rotation {
             running: ring.visible

@@ -133,6 +133,26 @@ void SettingsViewModel::useDefaultBackupFolder()
     setBackupPath(AppDirectories::defaultBackupDirectory());
 }
 
+void SettingsViewModel::backUpDatabase()
+{
+    if (!m_isBackingUp) {
+        detach(backUpInto(m_edit.backupPath));
+    }
+}
+
+QCoro::Task<> SettingsViewModel::backUpInto(QString folder)
+{
+    const QPointer<SettingsViewModel> self(this);
+    m_isBackingUp = true;
+    Q_EMIT backingUpChanged();
+    const auto backingUp = m_model.backUpDatabase(folder);
+    co_await backingUp;
+    if (self) {
+        m_isBackingUp = false;
+        Q_EMIT backingUpChanged();
+    }
+}
+
 void SettingsViewModel::openBackups()
 {
     detach(m_model.openBackupFolder(m_edit.backupPath));

@@ -43,8 +43,9 @@ class SettingsViewModel : public QObject
     Q_PROPERTY(int maximumBackupFiles READ maximumBackupFiles WRITE setMaximumBackupFiles NOTIFY editChanged)
 
     Q_PROPERTY(QString lastUpdatedText READ lastUpdatedText NOTIFY settingsChanged)
-    // A save is under way.
+    // Under way: a save; a backup that was asked for here.
     Q_PROPERTY(bool isSaving READ isSaving NOTIFY savingChanged)
+    Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY backingUpChanged)
 
 public:
     // model outlives this. helpHost: scheme and authority of the help pages.
@@ -73,6 +74,7 @@ public:
 
     QString lastUpdatedText() const;
     bool isSaving() const { return m_isSaving; }
+    bool isBackingUp() const { return m_isBackingUp; }
 
     // Takes every buffer from the settings in force.
     Q_INVOKABLE void load();
@@ -84,6 +86,8 @@ public:
     // The folders that Quire takes by itself.
     Q_INVOKABLE void useDefaultDatabaseFolder();
     Q_INVOKABLE void useDefaultBackupFolder();
+    // Into the backup folder as it stands in its buffer.
+    Q_INVOKABLE void backUpDatabase();
     // Shows the backup folder as it stands in its buffer.
     Q_INVOKABLE void openBackups();
 
@@ -95,6 +99,7 @@ Q_SIGNALS:
     void editChanged();
     void settingsChanged();
     void savingChanged();
+    void backingUpChanged();
     void saved();
 
 private:
@@ -104,6 +109,7 @@ private:
     QCoro::Task<> fillFromAnswer(QString SettingsEdit::*buffer, QCoro::Task<std::optional<QString>> asking);
     QCoro::Task<> saveEdit(SettingsEdit edit);
     void setSaving(bool saving);
+    QCoro::Task<> backUpInto(QString folder);
     QUrl help(const QString &anchor) const;
 
     AppModel &m_model;
@@ -112,6 +118,7 @@ private:
     QString m_selectedTab;
     SettingsEdit m_edit;
     bool m_isSaving = false;
+    bool m_isBackingUp = false;
 };
 
 } // namespace quire

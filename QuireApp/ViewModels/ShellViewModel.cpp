@@ -22,4 +22,9 @@ void ShellViewModel::openDataFolder()
     detach(m_model.openDataFolder());
 }
 
+void ShellViewModel::backUpDatabase()
+{
+    detach(m_model.backUpDatabase());
+}
+
 } // namespace quire

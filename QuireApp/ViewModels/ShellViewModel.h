@@ -42,6 +42,8 @@ public:
     FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
 
     Q_INVOKABLE void openDataFolder();
+    // Into the folder of the settings.
+    Q_INVOKABLE void backUpDatabase();
 
 Q_SIGNALS:
     // Asked for by a menu or a link; the application does them.

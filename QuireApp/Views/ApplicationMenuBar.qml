@@ -37,6 +37,16 @@ QuireMenuBar {
     }
 
     QuireMenu {
+        title: "&File"
+
+        QuireMenuItem {
+            text: "Back Up Quire Database…"
+            shortcutText: "Ctrl+Shift+B"
+            onTriggered: bar.shell.backUpDatabase()
+        }
+    }
+
+    QuireMenu {
         title: "&View"
 
         ChoiceMenu {
@@ -92,6 +102,11 @@ QuireMenuBar {
         sequence: "Ctrl+Q"
         context: Qt.ApplicationShortcut
         onActivated: bar.shell.quitRequested()
+    }
+    Shortcut {
+        sequence: "Ctrl+Shift+B"
+        context: Qt.ApplicationShortcut
+        onActivated: bar.shell.backUpDatabase()
     }
     Shortcut {
         sequence: "Ctrl+R"

@@ -101,6 +101,11 @@ SettingsSection {
         spacing: 10
 
         BorderedButton {
+            text: "Back Up Database"
+            busy: tab.settings.isBackingUp
+            onClicked: tab.settings.backUpDatabase()
+        }
+        BorderedButton {
             text: "Open Backups"
             onClicked: tab.settings.openBackups()
         }

@@ -133,7 +133,7 @@ FocusScope {
                 }
                 ProminentButton {
                     text: "Save"
-                    enabled: !view.settings.isSaving
+                    busy: view.settings.isSaving
                     onClicked: view.settings.save()
                 }
             }

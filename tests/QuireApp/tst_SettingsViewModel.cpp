@@ -2,6 +2,7 @@
 #include "persistence/AppDirectories.h"
 #include "QuireApp/ViewModels/SettingsViewModel.h"
 
+#include <QDir>
 #include <QSignalSpy>
 
 namespace quire {
@@ -122,6 +123,37 @@ TEST_F(SettingsViewModelTest, TheBackupFolderIsShownAsItIsTyped)
     settings.openBackups();
 
     EXPECT_TRUE(eventually([&] { return desktop.opened == QList{QUrl::fromLocalFile(typed)}; }));
+}
+
+TEST_F(SettingsViewModelTest, ABackupGoesIntoTheFolderAsItIsTyped)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    const QString typed = library.file(QStringLiteral("Typed"));
+    settings.setBackupPath(typed);
+
+    settings.backUpDatabase();
+    EXPECT_TRUE(settings.isBackingUp());
+    settings.backUpDatabase(); // one at a time
+
+    EXPECT_TRUE(eventually([&] { return !settings.isBackingUp(); }));
+    ASSERT_TRUE(model->notice());
+    EXPECT_EQ(model->notice()->title, QStringLiteral("Quire Database Backed Up"));
+    EXPECT_EQ(QDir(typed).entryList({QStringLiteral("Quire Database *.db")}).size(), 1);
+}
+
+TEST_F(SettingsViewModelTest, ABackupIntoARelativeFolderIsRefused)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.setBackupPath(QStringLiteral("backups"));
+
+    settings.backUpDatabase();
+
+    EXPECT_TRUE(eventually([&] { return model->notice().has_value() && !settings.isBackingUp(); }));
+    EXPECT_EQ(model->notice(),
+        AppNotice::error(
+            QStringLiteral("Backup Failed"), QStringLiteral("Choose an absolute folder for the Quire backup.")));
 }
 
 TEST_F(SettingsViewModelTest, TheRhythmOfBackupsIsStored)

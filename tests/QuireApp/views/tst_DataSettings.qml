@@ -60,7 +60,7 @@ Item {
                     "Quire keeps the database in Application Support by default. A locally synchronized Dropbox, iCloud Drive, Google Drive, or other cloud folder can be shared between Macs. Use Quire on only one Mac at a time, close it, and let the service finish syncing before opening it elsewhere.",
                     "Backup Folder", "Automatic Backups", "Every", "Days", "day", "Keep", "Files", "files",
                     "Backup timing is independent from publishing. Sync-related safety backups respect this interval, and Quire keeps only the newest number of files you choose.",
-                    "Open Backups", "Open Data Folder", "Open Logs"])
+                    "Back Up Database", "Open Backups", "Open Data Folder", "Open Logs"])
                 verify(allNamed(words).length > 0, words);
             compare(allNamed("Folder").length, 2);
             compare(allNamed("Default").length, 2);
