@@ -8,6 +8,7 @@
 #include "records/Text.h"
 #include "sources/GoodreadsXMLParser.h"
 #include "sources/NetworkClient.h"
+#include "sources/Redaction.h"
 
 #include <QCoroFuture>
 #include <QHash>
@@ -150,7 +151,8 @@ QCoro::Task<GoodreadsSyncResult> synchronize(
         } catch (const Cancelled &) {
             throw;
         } catch (const Failure &failure) {
-            warnings.append(label + QStringLiteral(": ") + failure.description());
+            // The server's own words, which may repeat the address it was asked for.
+            warnings.append(label + QStringLiteral(": ") + Redaction::without(failure.description(), key));
         }
     }
 
