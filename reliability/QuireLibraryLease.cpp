@@ -82,24 +82,9 @@ void QuireLibraryLease::acquire()
 void QuireLibraryLease::release()
 {
     m_heartbeat.reset();
-    if (!m_acquired) {
-        return;
-    }
-    m_acquired = false;
-
-    LeaseGuard guard(m_libraryDirectory);
-    std::unique_lock hold(guard, std::try_to_lock);
-    for (int round = 1; !hold && round < m_timing.rounds; ++round) {
-        std::this_thread::sleep_for(m_timing.pause);
-        hold.try_lock();
-    }
-    const auto owner = QuireLibraryLeaseOwner::read(m_ownerPath);
-    if (owner && owner->token != m_owner.token) {
-        return;
-    }
-    const QString released = QStringLiteral("%1/Released %2").arg(m_locksDirectory, text(m_owner.token));
-    if (rename(m_lockPath, released)) { // the lock is free from here on
-        removeFolder(released);
+    if (m_acquired) {
+        giveUp();
+        m_acquired = false;
     }
 }
 
@@ -148,6 +133,27 @@ bool QuireLibraryLease::recoverAbandonedLockIfNeeded() const
         return true;
     }
     return !lockExists();
+}
+
+// Under the guard: between the look at the record and the renaming, a successor
+// could put its own lock in the place.
+void QuireLibraryLease::giveUp() const
+{
+    using Monotonic = std::chrono::steady_clock;
+    LeaseGuard guard(m_libraryDirectory);
+    std::unique_lock hold(guard, std::try_to_lock);
+    for (const auto end = Monotonic::now() + m_timing.guard; !hold && Monotonic::now() < end;) {
+        std::this_thread::sleep_for(m_timing.pause);
+        static_cast<void>(hold.try_lock());
+    }
+    const auto owner = QuireLibraryLeaseOwner::read(m_ownerPath);
+    if (owner && owner->token != m_owner.token) {
+        return;
+    }
+    const QString released = QStringLiteral("%1/Released %2").arg(m_locksDirectory, text(m_owner.token));
+    if (rename(m_lockPath, released)) { // the lock is free from here on
+        removeFolder(released);
+    }
 }
 
 bool QuireLibraryLease::lockExists() const

@@ -42,6 +42,9 @@ struct QuireLibraryLeaseTiming
     std::chrono::microseconds pause{2'000}; // between two attempts
     std::chrono::milliseconds heartbeat = std::chrono::seconds(30); // between two beats
     LeasePatience patience;
+    // For how long release() lets another process of this machine decide about
+    // the lock, before it goes on all the same.
+    std::chrono::milliseconds guard = std::chrono::seconds(2);
 };
 
 class QuireLibraryLease
@@ -73,7 +76,9 @@ public:
     void acquire();
 
     // Gives the lease up: the lock is free at once. Leaves a lock that has passed
-    // to somebody else alone. Does nothing when not held; never fails.
+    // to somebody else alone. Does nothing when not held; never fails. Takes as
+    // long as Timing::guard at most, and that only when another process stands
+    // still in the middle of deciding about this lock.
     void release();
 
     // Whether acquire() took it and release() has not given it up. True also when
@@ -90,6 +95,7 @@ private:
     bool take() const;
     bool recoverAbandonedLockIfNeeded() const;
     bool lockExists() const;
+    void giveUp() const;
     [[noreturn]] void failBusy() const;
 
     const Clock &m_clock;

@@ -14,6 +14,7 @@
 #include <QThread>
 
 #include <csignal>
+#include <thread>
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -205,9 +206,23 @@ TEST_F(QuireLibraryLeaseTest, TheGuardIsNotHeldWhileTheLibraryIsInUse)
     EXPECT_TRUE(guard.try_lock());
 }
 
-TEST_F(QuireLibraryLeaseTest, AGuardThatIsNeverLetGoOfDoesNotHoldUpARelease)
+TEST_F(QuireLibraryLeaseTest, AReleaseWaitsForAnotherProcessThatDecides)
 {
     auto held = lease();
+    held.acquire();
+    LeaseGuard guard(library);
+    ASSERT_TRUE(guard.try_lock());
+    std::jthread releasing([&held] { held.release(); });
+    QThread::msleep(20);
+    EXPECT_EQ(stored(), held.owner());
+    guard.unlock();
+    releasing.join();
+    EXPECT_TRUE(activity().isEmpty());
+}
+
+TEST_F(QuireLibraryLeaseTest, AGuardThatIsNeverLetGoOfDoesNotHoldUpARelease)
+{
+    QuireLibraryLease held(library, clock, host, {.guard = 10ms});
     held.acquire();
     LeaseGuard guard(library);
     ASSERT_TRUE(guard.try_lock());
@@ -264,4 +279,5 @@ TEST_F(QuireLibraryLeaseTest, TheProductBeatsEvery30Seconds)
     EXPECT_EQ(QuireLibraryLease::Timing().heartbeat, 30s);
     EXPECT_EQ(QuireLibraryLease::Timing().rounds, 51);
     EXPECT_EQ(QuireLibraryLease::Timing().pause, 2ms);
+    EXPECT_EQ(QuireLibraryLease::Timing().guard, 2s);
 }
