@@ -1,10 +1,13 @@
 #include "reliability/QuireLibraryLeaseOwner.h"
 
+#include "files/Descriptor.h"
+
 #include <gtest/gtest.h>
 
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace quire {
@@ -161,6 +164,14 @@ TEST_F(QuireLibraryLeaseOwnerFile, NoFileAFolderAndACircleOfLinksAreNoRecord)
 TEST_F(QuireLibraryLeaseOwnerFile, APipeThatNobodyWritesIntoHoldsNobodyUp)
 {
     ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EXPECT_EQ(QuireLibraryLeaseOwner::read(path), std::nullopt);
+}
+
+TEST_F(QuireLibraryLeaseOwnerFile, WhatComesOutOfAPipeIsNoRecord)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    const Descriptor pipe(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(::write(pipe.number(), whole.constData(), std::size_t(whole.size())), whole.size());
     EXPECT_EQ(QuireLibraryLeaseOwner::read(path), std::nullopt);
 }
 
