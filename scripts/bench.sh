@@ -5,7 +5,7 @@ set -euo pipefail
 . "$(dirname "$0")/lib/common.sh"
 . "$(dirname "$0")/lib/dependencies.sh"
 
-need build run
+need build run bench
 configure release -DQUIRE_BUILD_BENCHMARKS=ON
 build release quire_bench
 say "Measuring ($(git describe --always --dirty 2>/dev/null || echo 'no commit'), $(nproc) cores)"

@@ -37,6 +37,9 @@ packages_test=(
     sqlite3 "${packages_headless[@]}"
 )
 
+# What the benchmarks are measured against.
+packages_bench=(sqlite3)
+
 packages_lint=(clang-tidy-16 clang-format-16 shellcheck python3)
 
 # need PURPOSE...: installs what is missing of the named lists, and says so.

@@ -3,6 +3,7 @@
 #include "concurrency/Cancelled.h"
 #include "persistence/database/DatabaseError.h"
 #include "records/DateParser.h"
+#include "reliability/QuireBackupManifest.h"
 #include "reliability/QuireReliabilityError.h"
 #include "sources/NetworkClient.h"
 #include "testing/Await.h"
@@ -35,7 +36,14 @@ QByteArray item(const QByteArray &id, const QByteArray &rest = {})
 class GoodreadsServiceTest : public ::testing::Test
 {
 protected:
-    GoodreadsServiceTest() { configure(QStringLiteral("42"), QStringLiteral("secret")); }
+    // Backed up just now, so that no sync makes a backup first.
+    GoodreadsServiceTest()
+    {
+        configure(QStringLiteral("42"), QStringLiteral("secret"));
+        set(QStringLiteral("lastBackupAt"), DateParser::iso8601(library.clock().now()));
+    }
+
+    void set(const QString &key, const QString &value) { await(library.store().setSetting(key, value)); }
 
     void configure(const QString &userID, const QString &key)
     {
@@ -304,6 +312,29 @@ TEST_F(GoodreadsServiceTest, ARefusedImportEndsTheRunAndChangesNothing)
     const auto failure = thrownBy<QuireReliabilityError>([this] { synchronize(); });
     EXPECT_THAT(failure->description().toStdString(), ::testing::EndsWith("a Goodreads record had no title"));
     EXPECT_EQ(bookCount(), 0);
+    EXPECT_EQ(lastSync(), std::nullopt);
+}
+
+TEST_F(GoodreadsServiceTest, ABackupThatIsDueComesBeforeTheImport)
+{
+    answer({}, LoopbackReply::ok(feed(item("1"))));
+    library.clock().advance(24h);
+
+    EXPECT_EQ(synchronize().count, 1);
+
+    const QString backup = await(library.store().setting(QStringLiteral("lastKnownGoodBackup"))).value_or(QString());
+    EXPECT_EQ(QuireBackupManifest::read(backup + QStringLiteral(".manifest.json"))->bookCount, 0);
+}
+
+TEST_F(GoodreadsServiceTest, ABackupThatFailsEndsTheRunBeforeAnyRequest)
+{
+    library.clock().advance(24h);
+    set(QStringLiteral("backupPath"), QStringLiteral("relative"));
+
+    const auto failure = thrownBy<DatabaseError>([this] { synchronize(); });
+
+    EXPECT_EQ(failure->kind(), DatabaseError::Kind::Backup);
+    EXPECT_THAT(server.requests(), IsEmpty());
     EXPECT_EQ(lastSync(), std::nullopt);
 }
 
