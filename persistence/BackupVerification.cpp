@@ -39,15 +39,6 @@ void requireTables(const SQLiteDatabase &copy)
     }
 }
 
-BackupContents::Counts requireSameCounts(const SQLiteDatabase &copy, const SQLiteDatabase &library)
-{
-    const auto counts = BackupContents::counts(copy);
-    if (!counts.books || !counts.audiobooks || counts != BackupContents::counts(library)) {
-        throw failure(QStringLiteral("The reopened backup record counts do not match the live library."));
-    }
-    return counts;
-}
-
 // The manifest as far as the open copy tells it.
 QuireBackupManifest examine(SQLiteDatabase &copy, SQLiteDatabase &library)
 {
@@ -55,7 +46,10 @@ QuireBackupManifest examine(SQLiteDatabase &copy, SQLiteDatabase &library)
         throw failure(QStringLiteral("The backup failed its complete integrity check."));
     }
     requireTables(copy);
-    const auto counts = requireSameCounts(copy, library);
+    const auto counts = BackupContents::counts(copy);
+    if (!counts.books || !counts.audiobooks || counts != BackupContents::counts(library)) {
+        throw failure(QStringLiteral("The reopened backup record counts do not match the live library."));
+    }
     const auto version = BackupContents::schemaVersion(copy);
     if (version != Migrations::currentVersion) {
         throw failure(QStringLiteral("The backup schema version is unexpected."));

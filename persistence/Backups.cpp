@@ -106,7 +106,7 @@ QString backUp(const LiveLibrary &library, const std::optional<QString> &folder)
             DatabaseError::Kind::Backup, QStringLiteral("The configured backup folder is not an absolute path."));
     }
     DurableFile::createFolder(target);
-    const QString backup = freePath(target, library.clock.now());
+    QString backup = freePath(target, library.clock.now());
     copyAndVerify(library, backup);
 
     const qsizetype most = limit(library);

@@ -34,8 +34,8 @@ constexpr QStringView integrityCheckKey = u"integrityCheck";
 class Reader
 {
 public:
-    explicit Reader(const QJsonObject &object)
-        : m_object(object)
+    explicit Reader(QJsonObject object)
+        : m_object(std::move(object))
     {
     }
 
