@@ -164,7 +164,10 @@ void move(const QString &from, const QString &to)
         moved = ::rename(source.constData(), target.constData());
     }
     check(moved != 0 ? errno : 0);
-    check(codeOfSyncingFolder(QFileInfo(to).absolutePath()));
+    if (const int code = codeOfSyncingFolder(QFileInfo(to).absolutePath()); code != 0) {
+        ::rename(target.constData(), source.constData()); // or nobody would know which of the two it is
+        check(code);
+    }
 }
 
 void remove(const QString &path)

@@ -34,7 +34,7 @@ void syncFolder(const QString &path);
 // Gives the file at `from`, which nobody has open, the name `to` in the same
 // folder: synced, then in one rename that replaces nothing, then the folder
 // synced. Throws FileError, with EEXIST when the name is taken; the file is then
-// still at `from`, unless only the last sync failed.
+// still at `from`.
 void move(const QString &from, const QString &to);
 
 // Removes the file at `path`, so that it stays gone after a power cut. Throws

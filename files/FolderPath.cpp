@@ -3,6 +3,10 @@
 #include "records/Text.h"
 
 #include <QDir>
+#include <QFile>
+
+#include <filesystem>
+#include <system_error>
 
 namespace quire::FolderPath {
 
@@ -20,6 +24,14 @@ QString normalizedPublishPath(const QString &path)
         return {};
     }
     return QDir::cleanPath(expandingTilde(path));
+}
+
+QString resolvingLinks(const QString &folder)
+{
+    const std::filesystem::path path(QFile::encodeName(folder).toStdString());
+    std::error_code error;
+    const auto canonical = std::filesystem::weakly_canonical(path, error);
+    return QDir::cleanPath(QFile::decodeName((error ? path.lexically_normal() : canonical).c_str()));
 }
 
 } // namespace quire::FolderPath

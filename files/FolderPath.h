@@ -1,7 +1,7 @@
 // Folders as a reader types them: with a tilde for the home folder, blanks
 // around them, and dots within.
 //
-// Thread: any; looks at no file.
+// Thread: any.
 
 #pragma once
 
@@ -17,5 +17,9 @@ QString expandingTilde(const QString &path);
 // with the tilde expanded and dots and doubled slashes resolved. A relative
 // path stays relative.
 QString normalizedPublishPath(const QString &path);
+
+// The absolute `folder` without dots and with its symbolic links followed, as
+// far as it exists: two names of one folder become equal. Looks at the disk.
+QString resolvingLinks(const QString &folder);
 
 } // namespace quire::FolderPath

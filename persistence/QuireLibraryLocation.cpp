@@ -11,8 +11,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <optional>
-
 namespace quire::QuireLibraryLocation {
 
 namespace {
@@ -46,14 +44,15 @@ QString recordURL()
     return AppDirectories::supportDirectory() + QStringLiteral("/Library Location.json");
 }
 
+std::optional<QString> recordedDirectory(const QString &recordURL)
+{
+    const QString folder = FolderPath::expandingTilde(recordedPath(recordURL).value_or(QString()));
+    return folder.startsWith(u'/') ? std::optional(QDir::cleanPath(folder)) : std::nullopt;
+}
+
 QString configuredDirectory()
 {
-    if (const auto path = recordedPath(recordURL())) {
-        if (const QString folder = FolderPath::expandingTilde(*path); folder.startsWith(u'/')) {
-            return QDir::cleanPath(folder);
-        }
-    }
-    return AppDirectories::supportDirectory();
+    return recordedDirectory(recordURL()).value_or(AppDirectories::supportDirectory());
 }
 
 void save(const QString &folder, const QString &recordURL)

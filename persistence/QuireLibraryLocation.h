@@ -8,10 +8,16 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace quire::QuireLibraryLocation {
 
 // Absolute path of the record in the default folder.
 QString recordURL();
+
+// The folder that the record at `recordURL` names, absolute; nothing when there
+// is no record or it names no absolute folder.
+std::optional<QString> recordedDirectory(const QString &recordURL);
 
 // The folder to use: the recorded one, whether or not it exists; the default
 // folder when there is no record or it names no absolute folder. Never fails,

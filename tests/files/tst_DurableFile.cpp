@@ -212,6 +212,22 @@ TEST_F(DurableFileTest, AMoveReplacesNothingNotEvenABrokenLink)
     EXPECT_EQ(QFile::symLinkTarget(file(QStringLiteral("link"))), file(QStringLiteral("none")));
 }
 
+TEST_F(DurableFileTest, AMoveThatCannotBeMadeToLastIsTakenBack)
+{
+    const QString folder = file(QStringLiteral("unreadable"));
+    QDir().mkpath(folder);
+    DurableFile::write(folder + QStringLiteral("/a"), "x");
+    ::chmod(QFile::encodeName(folder).constData(), 0333); // takes a rename, and cannot be opened to be synced
+    {
+        const UnprivilegedUser user(m_folder.path());
+        const auto move = [&] { DurableFile::move(folder + QStringLiteral("/a"), folder + QStringLiteral("/b")); };
+        EXPECT_EQ(thrownBy<FileError>(move)->code(), EACCES);
+        EXPECT_TRUE(QFile::exists(folder + QStringLiteral("/a")));
+        EXPECT_FALSE(QFile::exists(folder + QStringLiteral("/b")));
+    }
+    ::chmod(QFile::encodeName(folder).constData(), 0755);
+}
+
 TEST_F(DurableFileTest, WhatIsNotThereCannotBeMoved)
 {
     EXPECT_EQ(
