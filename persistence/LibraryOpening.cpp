@@ -1,5 +1,6 @@
 #include "persistence/LibraryOpening.h"
 
+#include "files/FolderPath.h"
 #include "persistence/AppDirectories.h"
 #include "persistence/BaseSchema.h"
 #include "persistence/database/DatabaseError.h"
@@ -9,26 +10,13 @@
 #include "persistence/Migrations.h"
 #include "persistence/QuireCredentialStore.h"
 
-#include <QFile>
-
-#include <filesystem>
-
 namespace quire::LibraryOpening {
 
 namespace {
 
-// Absolute and free of symbolic links; what does not exist stays as it is.
-std::filesystem::path resolved(const QString &folder)
-{
-    const std::filesystem::path path(QFile::encodeName(folder).toStdString());
-    std::error_code error;
-    auto canonical = std::filesystem::weakly_canonical(path, error);
-    return error ? path.lexically_normal() : canonical;
-}
-
 bool isDefaultFolder(const QString &folder)
 {
-    return resolved(folder) == resolved(AppDirectories::supportDirectory());
+    return FolderPath::resolvingLinks(folder) == FolderPath::resolvingLinks(AppDirectories::supportDirectory());
 }
 
 void setJournalMode(SQLiteDatabase &database, const QString &folder)

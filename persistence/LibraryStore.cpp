@@ -3,10 +3,13 @@
 #include "files/DurableFile.h"
 #include "persistence/AppDirectories.h"
 #include "persistence/JobHistory.h"
+#include "persistence/LegacyImport.h"
 #include "persistence/LibraryOpening.h"
 #include "persistence/LibraryStoreState.h"
+#include "persistence/QuireLibraryLocation.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace quire {
 
@@ -25,11 +28,19 @@ void LibraryStore::State::requireOpen() const
     }
 }
 
-LibraryStore::LibraryStore(const Clock &clock, const std::optional<QString> &folder)
+LibraryStore::LibraryStore(
+    const Clock &clock, const std::optional<QString> &folder, bool importLegacyBooksOnFirstLaunch)
     : m_state(std::make_unique<State>(
         clock, folder ? QDir::cleanPath(QDir(*folder).absolutePath()) : AppDirectories::supportDirectory()))
     , m_executor(QStringLiteral("library-store"))
 {
+    m_state->importLegacyBooksOnFirstLaunch = importLegacyBooksOnFirstLaunch;
+    if (!folder) {
+        m_state->locationRecordURL = QuireLibraryLocation::recordURL();
+        // Ahead of everything else, but not on the thread that builds the store.
+        m_executor.submit(
+            [state = m_state.get()] { state->supportDirectory = QuireLibraryLocation::configuredDirectory(); });
+    }
 }
 
 LibraryStore::~LibraryStore() = default;
@@ -41,6 +52,10 @@ QFuture<void> LibraryStore::prepare(bool recoveringFromCrash)
             return;
         }
         DurableFile::createFolder(state->supportDirectory);
+        if (state->importLegacyBooksOnFirstLaunch && !QFileInfo::exists(state->databaseURL())) {
+            LegacyImport::runIfAvailable(AppDirectories::legacyBooksSupportDirectory(), state->supportDirectory,
+                state->databaseURL(), state->clock.now());
+        }
         // Held here until the last step has passed: a failure closes it.
         auto database
             = LibraryOpening::openPrepared(state->databaseURL(), state->supportDirectory, state->localStateDirectory);
@@ -56,6 +71,7 @@ QFuture<void> LibraryStore::shutdown()
 {
     return m_executor.submit([state = m_state.get()] {
         state->database.reset();
+        state->libraryLease.reset();
         state->covers.clear();
     });
 }

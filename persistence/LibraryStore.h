@@ -52,8 +52,11 @@ class LibraryStore
 {
 public:
     // clock: outlives the store. folder: where the library and its local state
-    // live; absent for the configured place. Touches nothing on disk.
-    explicit LibraryStore(const Clock &clock, const std::optional<QString> &folder = std::nullopt);
+    // live; absent for the configured place, which is then read once and for all,
+    // on the executor. importLegacyBooksOnFirstLaunch: a library that is not there
+    // yet begins as a copy of the older program's. Writes nothing to the disk.
+    explicit LibraryStore(const Clock &clock, const std::optional<QString> &folder = std::nullopt,
+        bool importLegacyBooksOnFirstLaunch = false);
 
     // Closes the library if it is open; queued operations run first.
     ~LibraryStore();
@@ -73,6 +76,13 @@ public:
 
     // Absolute path of the library file, open or not. Never fails.
     QFuture<QString> databaseURL();
+
+    // Takes the library to `folder`, an absolute path, which is created: copies it
+    // there, or adopts the one that is there already, and remembers the folder for
+    // the next start. The old file stays where it is. True when the library was
+    // copied, false when one was adopted or `folder` is the present one. After a
+    // failure (as those of Relocation::open) the library is where it was.
+    QFuture<bool> relocateDatabase(const QString &folder);
 
     // Reads. -------------------------------------------------------------
 

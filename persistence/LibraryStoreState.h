@@ -12,13 +12,17 @@
 #include "persistence/LibraryStore.h"
 #include "persistence/LiveLibrary.h"
 #include "persistence/QuireCredentialStore.h"
+#include "reliability/QuireLibraryLease.h"
 
 #include <memory>
+#include <optional>
 
 namespace quire {
 
 struct LibraryStore::State
 {
+    // folder: of the local state, and of the library until it is known to lie
+    // elsewhere.
     State(const Clock &storeClock, const QString &folder);
 
     QString databaseURL() const { return supportDirectory + QStringLiteral("/quire.db"); }
@@ -28,8 +32,11 @@ struct LibraryStore::State
     const Clock &clock;
     QString supportDirectory; // the library's folder
     QString localStateDirectory; // never in a folder that a sync service copies
+    std::optional<QString> locationRecordURL; // absent when the folder was given
+    bool importLegacyBooksOnFirstLaunch = false;
     QuireCredentialStore credentialStore;
-    std::unique_ptr<SQLiteDatabase> database; // null while the library is closed
+    std::unique_ptr<QuireLibraryLease> libraryLease; // null while the library is closed
+    std::unique_ptr<SQLiteDatabase> database; // null while the library is closed; closed before the lease
     CoverCache covers;
 };
 

@@ -32,12 +32,14 @@ void makeEmptyFile(const QString &path)
     file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
 }
 
+constexpr bool importsLegacyBooks = true;
+
 } // namespace
 
 QuireApplication::QuireApplication()
     : m_endpoints(ServiceEndpoints::read())
-    , m_model(std::make_unique<LibraryStore>(m_clock), AppDirectories::supportDirectory(),
-          AppModelDependencies{m_clock, m_network, m_desktop, m_endpoints})
+    , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
+          AppDirectories::supportDirectory(), AppModelDependencies{m_clock, m_network, m_desktop, m_endpoints})
     , m_shell(m_model, m_desktop.folderPicker(), m_endpoints.help)
     , m_prewarmer(m_model)
 {
