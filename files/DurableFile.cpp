@@ -51,11 +51,16 @@ private:
     throw FileError(QStringLiteral("write the file"), path, errno);
 }
 
-void writeAll(int descriptor, const QByteArray &bytes, const QString &path)
+[[noreturn]] void failReading(const QString &source)
+{
+    throw FileError(QStringLiteral("read the file"), source, errno);
+}
+
+void writeAll(int descriptor, QByteArrayView bytes, const QString &path)
 {
     qsizetype written = 0;
     while (written < bytes.size()) {
-        const ssize_t count = ::write(descriptor, bytes.constData() + written, size_t(bytes.size() - written));
+        const ssize_t count = ::write(descriptor, bytes.data() + written, size_t(bytes.size() - written));
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -74,19 +79,28 @@ int codeOfSyncingFolder(const QString &folder)
     return opened.number() < 0 || (::fsync(opened.number()) != 0 && errno != EINVAL) ? errno : 0;
 }
 
-// The folders on the way to `path` that are not there yet, the deepest first.
-QStringList missingFolders(const QString &path)
+void copyAll(int from, int to, const QString &source, const QString &path)
 {
-    QStringList missing;
-    for (QString folder = path; !QFileInfo::exists(folder); folder = QFileInfo(folder).path()) {
-        missing.append(folder);
+    QByteArray buffer(1 << 20, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t count = ::read(from, buffer.data(), size_t(buffer.size()));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            failReading(source);
+        }
+        if (count == 0) {
+            return;
+        }
+        writeAll(to, QByteArrayView(buffer).first(count), path);
     }
-    return missing;
 }
 
-} // namespace
-
-void write(const QString &path, const QByteArray &bytes, mode_t mode)
+// A new file in the place of the one at `path`, with what `fill` writes to the
+// descriptor that it is given.
+template<typename Fill>
+void replace(const QString &path, mode_t mode, Fill fill)
 {
     const QFileInfo target(path);
     // Hidden, and with a fresh name: two writers never share one.
@@ -103,7 +117,7 @@ void write(const QString &path, const QByteArray &bytes, mode_t mode)
     if (::fchmod(file.number(), mode) != 0) {
         fail(path);
     }
-    writeAll(file.number(), bytes, path);
+    fill(file.number());
     if (::fsync(file.number()) != 0 || file.close() != 0) {
         fail(path);
     }
@@ -114,6 +128,33 @@ void write(const QString &path, const QByteArray &bytes, mode_t mode)
     if (const int code = codeOfSyncingFolder(target.absolutePath()); code != 0) {
         throw FileError(QStringLiteral("write the file"), path, code);
     }
+}
+
+// The folders on the way to `path` that are not there yet, the deepest first.
+QStringList missingFolders(const QString &path)
+{
+    QStringList missing;
+    for (QString folder = path; !QFileInfo::exists(folder); folder = QFileInfo(folder).path()) {
+        missing.append(folder);
+    }
+    return missing;
+}
+
+} // namespace
+
+void write(const QString &path, const QByteArray &bytes, mode_t mode)
+{
+    replace(path, mode, [&](int descriptor) { writeAll(descriptor, bytes, path); });
+}
+
+void copy(const QString &source, const QString &path)
+{
+    // Without O_NONBLOCK a pipe in the file's place would be waited for for ever.
+    const Descriptor from(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (from.number() < 0) {
+        failReading(source);
+    }
+    replace(path, 0644, [&](int descriptor) { copyAll(from.number(), descriptor, source, path); });
 }
 
 void createFolder(const QString &path)

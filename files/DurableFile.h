@@ -22,6 +22,10 @@ namespace quire::DurableFile {
 // and no temporary left.
 void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
 
+// As write(), with the bytes of the file at `source`, at the length that it has
+// when it is read. Throws FileError, naming the file that failed.
+void copy(const QString &source, const QString &path);
+
 // Creates the folder at `path` with its parents, so that it is still there after
 // a power cut; fine when it exists. Throws FileError.
 void createFolder(const QString &path);

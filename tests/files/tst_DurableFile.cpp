@@ -151,6 +151,35 @@ TEST_F(DurableFileTest, RemovingAFileThatIsNotThereIsAFailure)
         failure->description(), QStringLiteral("Could not remove the file “%1”: No such file or directory").arg(path));
 }
 
+TEST_F(DurableFileTest, ACopyIsWholeAndReplacesWhatWasThere)
+{
+    const QByteArray large = QByteArray("abc").repeated(1'000'000);
+    DurableFile::write(file(QStringLiteral("a")), large);
+    DurableFile::write(file(QStringLiteral("b")), "old");
+    DurableFile::copy(file(QStringLiteral("a")), file(QStringLiteral("b")));
+    EXPECT_EQ(content(QStringLiteral("a")), large);
+    EXPECT_EQ(content(QStringLiteral("b")), large);
+    EXPECT_EQ(names().size(), 2);
+}
+
+TEST_F(DurableFileTest, ACopyOfWhatCannotBeReadLeavesNothing)
+{
+    QDir().mkpath(file(QStringLiteral("folder")));
+    const QString target = file(QStringLiteral("b"));
+    for (const QString &name : {QStringLiteral("missing"), QStringLiteral("folder")}) {
+        EXPECT_EQ(thrownBy<FileError>([&] { DurableFile::copy(file(name), target); })->path(), file(name));
+    }
+    EXPECT_EQ(names(), QStringList{QStringLiteral("folder")});
+}
+
+TEST_F(DurableFileTest, ACopyToAFolderThatIsNotThereIsAFailureOfTheCopy)
+{
+    DurableFile::write(file(QStringLiteral("a")), "x");
+    const QString target = file(QStringLiteral("missing/b"));
+    EXPECT_EQ(thrownBy<FileError>([&] { DurableFile::copy(file(QStringLiteral("a")), target); })->path(), target);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
 TEST_F(DurableFileTest, AFolderIsCreatedWithItsParentsAndMayExist)
 {
     DurableFile::createFolder(file(QStringLiteral("a/b/c")));

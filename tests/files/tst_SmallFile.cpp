@@ -1,0 +1,73 @@
+#include "files/SmallFile.h"
+
+#include "testing/UnprivilegedUser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace quire;
+using namespace quire::testing;
+
+namespace {
+
+class SmallFileTest : public ::testing::Test
+{
+protected:
+    void put(const QByteArray &bytes) const
+    {
+        QFile out(path);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("record"));
+};
+
+} // namespace
+
+TEST_F(SmallFileTest, AFileIsReadWholeUpToTheLimit)
+{
+    for (const qsizetype size : {qsizetype(0), qsizetype(1), qsizetype(SmallFile::maximumBytes)}) {
+        const QByteArray bytes(size, 'x');
+        put(bytes);
+        EXPECT_EQ(SmallFile::read(path), bytes) << size;
+    }
+}
+
+TEST_F(SmallFileTest, ALongerFileIsNothing)
+{
+    put(QByteArray(SmallFile::maximumBytes + 1, 'x'));
+    EXPECT_EQ(SmallFile::read(path), std::nullopt);
+}
+
+TEST_F(SmallFileTest, AMissingFileAndAFolderAreNothing)
+{
+    EXPECT_EQ(SmallFile::read(path), std::nullopt);
+    QDir().mkpath(path);
+    EXPECT_EQ(SmallFile::read(path), std::nullopt);
+}
+
+TEST_F(SmallFileTest, APipeThatNobodyWritesToIsNothingAndIsNotWaitedFor)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EXPECT_EQ(SmallFile::read(path), std::nullopt);
+}
+
+TEST_F(SmallFileTest, ADeviceWithoutEndIsNothing)
+{
+    EXPECT_EQ(SmallFile::read(QStringLiteral("/dev/zero")), std::nullopt);
+}
+
+TEST_F(SmallFileTest, AFileThatNobodyMayReadIsNothing)
+{
+    put("x");
+    QFile::setPermissions(path, {});
+    const UnprivilegedUser user(folder.path());
+    EXPECT_EQ(SmallFile::read(path), std::nullopt);
+}
