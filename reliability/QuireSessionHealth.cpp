@@ -1,9 +1,9 @@
 #include "reliability/QuireSessionHealth.h"
 
 #include "files/DurableFile.h"
+#include "files/SmallFile.h"
 #include "records/DateParser.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -17,16 +17,23 @@ constexpr QStringView openedAtKey = u"openedAt";
 constexpr QStringView closedAtKey = u"closedAt";
 constexpr QStringView cleanKey = u"clean";
 
+// In the one form of 36 characters; QUuid takes others too.
+std::optional<QUuid> uuid(const QString &text)
+{
+    const QUuid id = QUuid::fromString(text);
+    return id.toString(QUuid::WithoutBraces).compare(text, Qt::CaseInsensitive) == 0 ? std::optional(id) : std::nullopt;
+}
+
 std::optional<QuireSessionRecord> decode(const QByteArray &bytes)
 {
     const QJsonObject object = QJsonDocument::fromJson(bytes).object();
-    const QUuid sessionID = QUuid::fromString(object[sessionIDKey].toString());
+    const auto sessionID = uuid(object[sessionIDKey].toString());
     const QJsonValue closedAt = object[closedAtKey];
-    if (sessionID.isNull() || !object[openedAtKey].isString() || !object[cleanKey].isBool()
+    if (!sessionID || !object[openedAtKey].isString() || !object[cleanKey].isBool()
         || !(closedAt.isString() || closedAt.isNull() || closedAt.isUndefined())) {
         return std::nullopt;
     }
-    return QuireSessionRecord{sessionID, object[openedAtKey].toString(),
+    return QuireSessionRecord{*sessionID, object[openedAtKey].toString(),
         closedAt.isString() ? std::optional(closedAt.toString()) : std::nullopt, object[cleanKey].toBool()};
 }
 
@@ -51,11 +58,8 @@ QuireSessionHealth::QuireSessionHealth(QString path)
 
 std::optional<QuireSessionRecord> QuireSessionHealth::read() const
 {
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    return decode(file.readAll());
+    const auto bytes = SmallFile::read(m_path);
+    return bytes ? decode(*bytes) : std::nullopt;
 }
 
 void QuireSessionHealth::write(const QuireSessionRecord &record) const

@@ -1,0 +1,74 @@
+#include "reliability/QuireCloudLineage.h"
+
+#include "files/DurableFile.h"
+#include "files/SmallFile.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace quire {
+
+namespace {
+
+constexpr QStringView libraryUUIDKey = u"libraryUUID";
+constexpr QStringView generationKey = u"generation";
+constexpr QStringView lineageTokenKey = u"lineageToken";
+constexpr QStringView recordedAtKey = u"recordedAt";
+
+// Nothing for what is no number, has a fraction, or does not fit.
+std::optional<qint64> integer(const QJsonValue &value)
+{
+    const qint64 number = value.toInteger(0);
+    return number == value.toInteger(1) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<QuireCloudLineage> decode(const QByteArray &bytes)
+{
+    const QJsonObject object = QJsonDocument::fromJson(bytes).object();
+    const auto generation = integer(object[generationKey]);
+    if (!generation || !object[libraryUUIDKey].isString() || !object[lineageTokenKey].isString()
+        || !object[recordedAtKey].isString()) {
+        return std::nullopt;
+    }
+    return QuireCloudLineage{object[libraryUUIDKey].toString(), *generation, object[lineageTokenKey].toString(),
+        object[recordedAtKey].toString()};
+}
+
+QByteArray encode(const QuireCloudLineage &lineage)
+{
+    QJsonObject object; // sorted by key
+    object[libraryUUIDKey] = lineage.libraryUUID;
+    object[generationKey] = lineage.generation;
+    object[lineageTokenKey] = lineage.lineageToken;
+    object[recordedAtKey] = lineage.recordedAt;
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+} // namespace
+
+QuireCloudLineageStore::QuireCloudLineageStore(QString directory)
+    : m_directory(std::move(directory))
+{
+}
+
+QString QuireCloudLineageStore::recordURL(const QString &databaseURL) const
+{
+    const QByteArray name = QCryptographicHash::hash(QDir::cleanPath(databaseURL).toUtf8(), QCryptographicHash::Sha256);
+    return QStringLiteral("%1/%2.json").arg(m_directory, QString::fromLatin1(name.toHex()));
+}
+
+void QuireCloudLineageStore::save(const QuireCloudLineage &lineage, const QString &databaseURL) const
+{
+    DurableFile::createFolder(m_directory);
+    DurableFile::write(recordURL(databaseURL), encode(lineage));
+}
+
+std::optional<QuireCloudLineage> QuireCloudLineageStore::read(const QString &databaseURL) const
+{
+    const auto bytes = SmallFile::read(recordURL(databaseURL));
+    return bytes ? decode(*bytes) : std::nullopt;
+}
+
+} // namespace quire
