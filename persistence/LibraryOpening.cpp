@@ -42,12 +42,14 @@ std::unique_ptr<SQLiteDatabase> openPrepared(
     const QString &url, const QString &folder, const QString &localStateDirectory)
 {
     auto database = std::make_unique<SQLiteDatabase>(url);
+    database->setFoldsLogOnClose(false);
     // Before the base schema, which would write into a file that a newer
     // version has rearranged.
     Migrations::refuseNewerSchema(*database);
     BaseSchema::create(*database);
     Migrations::migrate(*database, localStateDirectory);
     setJournalMode(*database, folder);
+    database->setFoldsLogOnClose(true);
     return database;
 }
 

@@ -2,11 +2,15 @@
 
 #include "files/DurableFile.h"
 #include "persistence/AppDirectories.h"
+#include "persistence/CloudLineage.h"
+#include "persistence/ConflictCopies.h"
 #include "persistence/JobHistory.h"
 #include "persistence/LegacyImport.h"
 #include "persistence/LibraryOpening.h"
 #include "persistence/LibraryStoreState.h"
 #include "persistence/QuireLibraryLocation.h"
+#include "persistence/StaleFiles.h"
+#include "records/Failure.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,6 +22,7 @@ LibraryStore::State::State(const Clock &storeClock, const QString &folder)
     , supportDirectory(folder)
     , localStateDirectory(folder)
     , credentialStore(folder + QStringLiteral("/Credentials.plist"))
+    , cloudLineageStore(folder + QStringLiteral("/Cloud Library State"))
 {
 }
 
@@ -26,6 +31,50 @@ void LibraryStore::State::requireOpen() const
     if (!database) {
         throw DatabaseError(DatabaseError::Kind::MissingDatabase);
     }
+}
+
+void LibraryStore::State::open(bool recoveringFromCrash)
+{
+    if (database) {
+        return;
+    }
+    DurableFile::createFolder(supportDirectory);
+    // Before the lease: where machines are in conflict nothing is written.
+    ConflictCopies::rejectCloudConflictCopies(databaseURL(), localStateDirectory, clock.now());
+    // Held here until the last step has passed: a failure closes the connection
+    // and then gives up the lease.
+    auto lease = std::make_unique<QuireLibraryLease>(supportDirectory, clock);
+    lease->acquire();
+    const LineageSurroundings surroundings{databaseURL(), cloudLineageStore, localStateDirectory, clock.now()};
+    CloudLineage::requireRememberedFile(surroundings);
+    if (importLegacyBooksOnFirstLaunch && !QFileInfo::exists(databaseURL())) {
+        LegacyImport::runIfAvailable(
+            AppDirectories::legacyBooksSupportDirectory(), supportDirectory, databaseURL(), clock.now());
+    }
+    auto opened = LibraryOpening::openPrepared(databaseURL(), supportDirectory, localStateDirectory);
+    CloudLineage::validateCloudLineage(*opened, surroundings);
+    LibraryOpening::migrateCredentials(*opened, credentialStore);
+    if (recoveringFromCrash) {
+        LibraryOpening::recoverFromCrash(*opened);
+    }
+    StaleFiles::cleanStaleTemporaryFiles(*opened, supportDirectory);
+    cloudLineageStore.save(CloudLineage::currentLineage(*opened, clock.now()), databaseURL());
+    database = std::move(opened);
+    libraryLease = std::move(lease);
+}
+
+void LibraryStore::State::close()
+{
+    if (database) {
+        try {
+            cloudLineageStore.save(CloudLineage::currentLineage(*database, clock.now()), databaseURL());
+        } catch (const Failure &) {
+            // The memory stays behind; the next opening compares with that.
+        }
+    }
+    database.reset();
+    covers.clear();
+    libraryLease.reset();
 }
 
 LibraryStore::LibraryStore(
@@ -47,33 +96,12 @@ LibraryStore::~LibraryStore() = default;
 
 QFuture<void> LibraryStore::prepare(bool recoveringFromCrash)
 {
-    return m_executor.submit([state = m_state.get(), recoveringFromCrash] {
-        if (state->database) {
-            return;
-        }
-        DurableFile::createFolder(state->supportDirectory);
-        if (state->importLegacyBooksOnFirstLaunch && !QFileInfo::exists(state->databaseURL())) {
-            LegacyImport::runIfAvailable(AppDirectories::legacyBooksSupportDirectory(), state->supportDirectory,
-                state->databaseURL(), state->clock.now());
-        }
-        // Held here until the last step has passed: a failure closes it.
-        auto database
-            = LibraryOpening::openPrepared(state->databaseURL(), state->supportDirectory, state->localStateDirectory);
-        LibraryOpening::migrateCredentials(*database, state->credentialStore);
-        if (recoveringFromCrash) {
-            LibraryOpening::recoverFromCrash(*database);
-        }
-        state->database = std::move(database);
-    });
+    return m_executor.submit([state = m_state.get(), recoveringFromCrash] { state->open(recoveringFromCrash); });
 }
 
 QFuture<void> LibraryStore::shutdown()
 {
-    return m_executor.submit([state = m_state.get()] {
-        state->database.reset();
-        state->libraryLease.reset();
-        state->covers.clear();
-    });
+    return m_executor.submit([state = m_state.get()] { state->close(); });
 }
 
 QFuture<void> LibraryStore::recordBackgroundJob(const QuireJobEvent &event)

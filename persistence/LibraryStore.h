@@ -66,12 +66,15 @@ public:
 
     // Life. --------------------------------------------------------------
 
-    // Creates the folder, opens the file, brings its schema up to date and, when
-    // recovering, checks it. Does nothing when the library is open. After a
-    // failure the library is closed and no file is held.
+    // Opens the library: creates its folder, refuses it while a sync service's
+    // conflict copy lies beside it, takes the lease, opens the file and brings its
+    // schema up to date, compares it with what this machine remembers of it and,
+    // when recovering, checks it. Does nothing when the library is open. After a
+    // failure the library is closed, the lease given up and no file held.
     QFuture<void> prepare(bool recoveringFromCrash);
 
-    // Closes the library. Never fails; may be followed by another prepare().
+    // Remembers how far the library came, closes it and gives up the lease. Never
+    // fails; may be followed by another prepare().
     QFuture<void> shutdown();
 
     // Absolute path of the library file, open or not. Never fails.

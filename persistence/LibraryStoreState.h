@@ -12,6 +12,7 @@
 #include "persistence/LibraryStore.h"
 #include "persistence/LiveLibrary.h"
 #include "persistence/QuireCredentialStore.h"
+#include "reliability/QuireCloudLineage.h"
 #include "reliability/QuireLibraryLease.h"
 
 #include <memory>
@@ -29,12 +30,17 @@ struct LibraryStore::State
     void requireOpen() const;
     LiveLibrary live() { return {*database, credentialStore, supportDirectory, clock}; } // while it is open
 
+    // What prepare() and shutdown() do, on the executor.
+    void open(bool recoveringFromCrash);
+    void close();
+
     const Clock &clock;
     QString supportDirectory; // the library's folder
     QString localStateDirectory; // never in a folder that a sync service copies
     std::optional<QString> locationRecordURL; // absent when the folder was given
     bool importLegacyBooksOnFirstLaunch = false;
     QuireCredentialStore credentialStore;
+    QuireCloudLineageStore cloudLineageStore;
     std::unique_ptr<QuireLibraryLease> libraryLease; // null while the library is closed
     std::unique_ptr<SQLiteDatabase> database; // null while the library is closed; closed before the lease
     CoverCache covers;

@@ -48,6 +48,20 @@ QByteArray encode(const QuireCloudLineage &lineage)
 
 } // namespace
 
+LineageFinding compare(const QuireCloudLineage &current, const QuireCloudLineage &remembered)
+{
+    if (current.libraryUUID != remembered.libraryUUID) {
+        return LineageFinding::OtherLibrary;
+    }
+    if (current.generation < remembered.generation) {
+        return LineageFinding::RolledBack;
+    }
+    if (current.generation > remembered.generation) {
+        return LineageFinding::MovedOn;
+    }
+    return current.lineageToken == remembered.lineageToken ? LineageFinding::Unchanged : LineageFinding::Diverged;
+}
+
 QuireCloudLineageStore::QuireCloudLineageStore(QString directory)
     : m_directory(std::move(directory))
 {

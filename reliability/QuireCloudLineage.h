@@ -25,6 +25,18 @@ struct QuireCloudLineage
     bool operator==(const QuireCloudLineage &) const = default;
 };
 
+enum class LineageFinding {
+    OtherLibrary, // another library has taken the path
+    RolledBack, // an older file has come back
+    MovedOn, // changed since, here or on another machine
+    Diverged, // two histories of the same length
+    Unchanged,
+};
+
+// What a library is to the memory of it. A library that has moved on may have
+// left the remembered history before: there is no walk back through it.
+LineageFinding compare(const QuireCloudLineage &current, const QuireCloudLineage &remembered);
+
 class QuireCloudLineageStore
 {
 public:

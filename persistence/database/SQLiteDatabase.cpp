@@ -79,6 +79,13 @@ void SQLiteDatabase::close()
     m_handle = nullptr;
 }
 
+void SQLiteDatabase::setFoldsLogOnClose(bool folds)
+{
+    if (m_handle) {
+        sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, folds ? 0 : 1, nullptr);
+    }
+}
+
 QString SQLiteDatabase::message() const
 {
     return m_handle ? QString::fromUtf8(sqlite3_errmsg(m_handle)) : QStringLiteral("The database is closed.");

@@ -48,6 +48,11 @@ public:
     void close();
     bool isOpen() const { return m_handle != nullptr; }
 
+    // Whether closing moves what a write-ahead log holds into the file, as it does
+    // unless told otherwise. A file that is refused is left as it is, its log
+    // beside it.
+    void setFoldsLogOnClose(bool folds);
+
     // Absolute path of the file.
     const QString &url() const { return m_url; }
 

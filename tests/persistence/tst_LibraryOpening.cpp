@@ -206,6 +206,8 @@ TEST(LibraryOpening, AReadOnlyLibraryCanBeReadAndRefusesEveryWrite)
     library.execute("INSERT INTO goodreads_books (goodreads_id, title) VALUES ('1', 'One')");
     library.close();
     QFile::setPermissions(library.databasePath(), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+    // The memory of it is kept all the same.
+    ASSERT_EQ(::chmod(QFile::encodeName(library.file(QStringLiteral("Cloud Library State"))).constData(), 0777), 0);
     const UnprivilegedUser user(library.folder());
     library.open();
     EXPECT_EQ(await(library.store().books()).size(), 1);

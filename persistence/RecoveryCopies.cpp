@@ -1,0 +1,64 @@
+#include "persistence/RecoveryCopies.h"
+
+#include "files/DurableFile.h"
+#include "persistence/database/DatabaseError.h"
+#include "persistence/database/SQLiteDatabase.h"
+#include "persistence/LibraryFile.h"
+#include "records/DateParser.h"
+
+#include <QFile>
+#include <QUuid>
+
+namespace quire::RecoveryCopies {
+
+namespace {
+
+QString nameOfCopy(const QString &reason, Instant now)
+{
+    return QStringLiteral("Quire %1 %2 %3.db")
+        .arg(QString(reason).replace(u'/', u'-'), DateParser::iso8601(now).replace(u':', u'-'),
+            QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
+}
+
+bool copyThroughSQLite(const QString &url, const QString &copy)
+{
+    // Of a file without pages SQLite would make a copy without trouble, and
+    // delete its log meanwhile.
+    if (LibraryFile::contentOf(url) != LibraryFile::Content::Database) {
+        return false;
+    }
+    try {
+        SQLiteDatabase::backUp(url, copy);
+        return true;
+    } catch (const DatabaseError &) {
+        QFile::remove(copy);
+        return false;
+    }
+}
+
+// What a crash left beside the file belongs to what is in it.
+void copyBytes(const QString &url, const QString &copy)
+{
+    DurableFile::copy(url, copy);
+    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-journal")}) {
+        if (QFile::exists(url + suffix)) {
+            DurableFile::copy(url + suffix, copy + suffix);
+        }
+    }
+}
+
+} // namespace
+
+QString preserveDatabaseForRecovery(
+    const QString &url, const QString &reason, const QString &localStateDirectory, Instant now)
+{
+    const QString folder = localStateDirectory + QStringLiteral("/Recovery");
+    DurableFile::createFolder(folder);
+    QString copy = folder + u'/' + nameOfCopy(reason, now);
+    if (!copyThroughSQLite(url, copy)) {
+        copyBytes(url, copy);
+    }
+    return copy;
+}
+
+} // namespace quire::RecoveryCopies
