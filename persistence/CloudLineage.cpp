@@ -83,4 +83,11 @@ void validateCloudLineage(SQLiteDatabase &database, const LineageSurroundings &s
     }
 }
 
+void remember(SQLiteDatabase &database, const LineageSurroundings &surroundings)
+{
+    const QuireCloudLineage lineage = currentLineage(database, surroundings.now);
+    database.makeDurable();
+    surroundings.memory.save(lineage, surroundings.databaseURL);
+}
+
 } // namespace quire::CloudLineage

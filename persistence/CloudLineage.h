@@ -20,7 +20,7 @@ class SQLiteDatabase;
 struct LineageSurroundings
 {
     QString databaseURL; // absolute
-    const QuireCloudLineageStore &memory;
+    const QuireCloudLineageStore &memory; // outlives this
     QString localStateDirectory; // takes the copies
     Instant now;
 };
@@ -42,6 +42,11 @@ void requireRememberedFile(const LineageSurroundings &surroundings);
 // file may not be read beside it. Throws DatabaseError or FileError when
 // the lineage could not be read or the copy not made.
 void validateCloudLineage(SQLiteDatabase &database, const LineageSurroundings &surroundings);
+
+// Saves the lineage in the file as what this machine saw last, once a power cut
+// cannot take the file back behind it. Throws DatabaseError or FileError, the
+// memory as it was.
+void remember(SQLiteDatabase &database, const LineageSurroundings &surroundings);
 
 } // namespace CloudLineage
 } // namespace quire

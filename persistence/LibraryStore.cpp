@@ -58,7 +58,7 @@ void LibraryStore::State::open(bool recoveringFromCrash)
         LibraryOpening::recoverFromCrash(*opened);
     }
     StaleFiles::cleanStaleTemporaryFiles(*opened, supportDirectory);
-    cloudLineageStore.save(CloudLineage::currentLineage(*opened, clock.now()), databaseURL());
+    CloudLineage::remember(*opened, surroundings);
     database = std::move(opened);
     libraryLease = std::move(lease);
 }
@@ -67,7 +67,7 @@ void LibraryStore::State::close()
 {
     if (database) {
         try {
-            cloudLineageStore.save(CloudLineage::currentLineage(*database, clock.now()), databaseURL());
+            CloudLineage::remember(*database, {databaseURL(), cloudLineageStore, localStateDirectory, clock.now()});
         } catch (const Failure &) {
             // The memory stays behind; the next opening compares with that.
         }
