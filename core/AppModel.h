@@ -165,8 +165,10 @@ public:
 
     // Settings. ------------------------------------------------------------------
 
-    // Validates and stores what the settings window holds, then reloads. True
-    // when all of it is saved; false leaves the reason in `notice`.
+    // Validates and stores what the settings window holds, takes the library to
+    // another folder if that was chosen, then reloads. True when all of it is
+    // done; false leaves the reason in `notice`, and what was stored before it. A
+    // program that is ending goes no further, and gives no reason.
     QCoro::Task<bool> saveSettings(SettingsEdit edit);
 
     // Folders. -------------------------------------------------------------------

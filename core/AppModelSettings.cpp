@@ -17,29 +17,39 @@ QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
         co_return false;
     }
     const QPointer self(this);
+    bool libraryMoved = false;
     try {
         const auto writes = settingsToWrite(edit);
         for (const auto &[key, value] : writes) {
             const auto writing = m_store->setSetting(key, value);
             co_await writing;
-            if (!self) {
+            if (!self || m_isShuttingDown) {
+                co_return false;
+            }
+        }
+        if (const QString folder = libraryFolder(edit); folder != m_settings.databaseFolderPath) {
+            const auto moving = m_store->relocateDatabase(folder);
+            libraryMoved = co_await moving;
+            if (!self || m_isShuttingDown) {
                 co_return false;
             }
         }
         const auto loading = reload();
         co_await loading;
-        if (!self) {
+        if (!self || m_isShuttingDown) {
             co_return false;
         }
     } catch (const std::exception &error) {
-        if (self) {
+        if (self && !m_isShuttingDown) {
             setNotice(AppNotice::error(QStringLiteral("Settings Could Not Be Saved"), describe(error)));
         }
         co_return false;
     }
     setSelectedTab(visibleTab(m_selectedTab)); // a section may just have been switched off
     scheduleAutomaticBackups();
-    showToast(QStringLiteral("Settings saved"), std::chrono::milliseconds(3200));
+    showToast(
+        libraryMoved ? QStringLiteral("Settings saved and Quire library moved") : QStringLiteral("Settings saved"),
+        std::chrono::milliseconds(3200));
     co_return true;
 }
 

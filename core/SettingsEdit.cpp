@@ -4,6 +4,8 @@
 #include "records/AccentPalette.h"
 #include "records/Text.h"
 
+#include <QDir>
+
 namespace quire {
 
 namespace {
@@ -13,9 +15,9 @@ bool isAbsolute(const QString &path)
     return path.startsWith(u'/');
 }
 
-bool isAbsoluteFolder(const QString &typed)
+QString folderOf(const QString &typed)
 {
-    return isAbsolute(Text::trimmed(FolderPath::expandingTilde(typed)));
+    return Text::trimmed(FolderPath::expandingTilde(typed));
 }
 
 bool isIn(qint64 value, qint64 least, qint64 most)
@@ -72,10 +74,10 @@ std::optional<AppNotice> validationNotice(const SettingsEdit &edit)
     if (!publishPath.isEmpty() && !isAbsolute(publishPath)) {
         return AppNotice::error(QStringLiteral("Invalid Publishing Folder"), absolute);
     }
-    if (!isAbsoluteFolder(edit.backupPath)) {
+    if (!isAbsolute(folderOf(edit.backupPath))) {
         return AppNotice::error(QStringLiteral("Invalid Backup Folder"), absolute);
     }
-    if (!isAbsoluteFolder(edit.databaseFolderPath)) {
+    if (!isAbsolute(folderOf(edit.databaseFolderPath))) {
         return AppNotice::error(QStringLiteral("Invalid Library Folder"), absolute);
     }
     return std::nullopt;
@@ -113,6 +115,11 @@ QList<std::pair<QString, QString>> settingsToWrite(const SettingsEdit &edit)
     write(u"customAccentGreen", Text::shortestDecimal(edit.customAccentColor.green));
     write(u"customAccentBlue", Text::shortestDecimal(edit.customAccentColor.blue));
     return writes;
+}
+
+QString libraryFolder(const SettingsEdit &edit)
+{
+    return QDir::cleanPath(folderOf(edit.databaseFolderPath));
 }
 
 } // namespace quire

@@ -52,4 +52,8 @@ std::optional<AppNotice> validationNotice(const SettingsEdit &edit);
 // secrets are left out.
 QList<std::pair<QString, QString>> settingsToWrite(const SettingsEdit &edit);
 
+// The plain path of the folder that is to hold the library; absolute when the
+// values are valid.
+QString libraryFolder(const SettingsEdit &edit);
+
 } // namespace quire

@@ -2,6 +2,7 @@
 
 #include "persistence/database/DatabaseError.h"
 
+#include <QDir>
 #include <QSignalSpy>
 
 namespace quire {
@@ -14,6 +15,21 @@ class AppModelSettings : public ModelTest
 {
 protected:
     SettingsEdit edit() const { return SettingsEdit::of(model->settings()); }
+
+    // A closed library of somebody else's in `folder`, with one title.
+    void makeLibrary(const QString &folder)
+    {
+        LibraryStore other(clock, folder);
+        await(other.prepare(false));
+        ManualBookDraft draft;
+        draft.title = QStringLiteral("Theirs");
+        await(other.addManualBook(draft, std::nullopt));
+        await(other.shutdown());
+    }
+
+    QString newFolder() const { return place.filePath(QStringLiteral("It's 100% 読書")); }
+
+    const QTemporaryDir place; // for libraries elsewhere
 
     // The stored feed key, as a later run sees it.
     std::optional<QString> feedKey()
@@ -132,6 +148,95 @@ TEST_F(AppModelSettings, SwitchingOffTheSectionThatShowsFallsBackToInsights)
     EXPECT_TRUE(await(model->saveSettings(given)));
 
     EXPECT_EQ(model->selectedTab(), LibraryTab::Insights);
+}
+
+TEST_F(AppModelSettings, AnotherFolderTakesTheLibraryThereWithWhatWasSaved)
+{
+    addBook(QStringLiteral("Ours"));
+    startModel();
+    SettingsEdit given = edit();
+    given.databaseFolderPath = QStringLiteral(" %1/ ").arg(newFolder());
+    given.goodreadsUserID = QStringLiteral("42");
+    const QSignalSpy reloaded(model.get(), &AppModel::booksChanged);
+
+    EXPECT_TRUE(await(model->saveSettings(given)));
+
+    EXPECT_EQ(model->toastMessage(), QStringLiteral("Settings saved and Quire library moved"));
+    EXPECT_EQ(clock.requestedSleeps().back(), std::chrono::milliseconds(3200));
+    EXPECT_EQ(model->settings().databaseFolderPath, newFolder());
+    EXPECT_EQ(model->settings().goodreadsUserID, QStringLiteral("42"));
+    EXPECT_EQ(model->books().size(), 1);
+    EXPECT_EQ(reloaded.count(), 1);
+    EXPECT_TRUE(QFile::exists(newFolder() + QStringLiteral("/quire.db")));
+    EXPECT_EQ(model->notice(), std::nullopt);
+}
+
+TEST_F(AppModelSettings, AFolderWithALibraryIsSwitchedToWithoutSayingThatOneMoved)
+{
+    addBook(QStringLiteral("Ours"));
+    makeLibrary(newFolder());
+    startModel();
+    SettingsEdit given = edit();
+    given.databaseFolderPath = newFolder();
+    given.goodreadsUserID = QStringLiteral("42"); // goes to the library that is left
+
+    EXPECT_TRUE(await(model->saveSettings(given)));
+
+    EXPECT_EQ(model->toastMessage(), QStringLiteral("Settings saved"));
+    EXPECT_EQ(model->settings().databaseFolderPath, newFolder());
+    EXPECT_EQ(model->books().value(0).title, QStringLiteral("Theirs"));
+    EXPECT_EQ(model->settings().goodreadsUserID, QString());
+    EXPECT_EQ(stored(QStringLiteral("goodreadsUserId")), QStringLiteral("42"));
+}
+
+TEST_F(AppModelSettings, ThePresentFolderUnderAnotherNameIsNoMove)
+{
+    const QString link = place.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(library.folder(), link));
+    startModel();
+    for (const QString &name : {QString(library.folder() + QStringLiteral("/.//")), link}) {
+        SettingsEdit given = edit();
+        given.databaseFolderPath = name;
+        EXPECT_TRUE(await(model->saveSettings(given)));
+        EXPECT_EQ(model->toastMessage(), QStringLiteral("Settings saved"));
+        EXPECT_EQ(model->settings().databaseFolderPath, library.folder());
+    }
+}
+
+TEST_F(AppModelSettings, AMoveThatFailsShowsANoticeAndKeepsWhatWasStored)
+{
+    addBook(QStringLiteral("Ours"));
+    startModel();
+    QFile inTheWay(newFolder());
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    SettingsEdit given = edit();
+    given.databaseFolderPath = newFolder();
+    given.goodreadsUserID = QStringLiteral("42");
+
+    EXPECT_FALSE(await(model->saveSettings(given)));
+
+    EXPECT_EQ(model->notice(),
+        AppNotice::error(QStringLiteral("Settings Could Not Be Saved"),
+            QStringLiteral("Could not create the folder “%1”: Not a directory").arg(newFolder())));
+    EXPECT_EQ(model->toastMessage(), std::nullopt);
+    EXPECT_EQ(stored(QStringLiteral("goodreadsUserId")), QStringLiteral("42"));
+    EXPECT_EQ(model->settings().databaseFolderPath, library.folder());
+
+    // The same window, saved again once the way is free.
+    inTheWay.remove();
+    EXPECT_TRUE(await(model->saveSettings(given)));
+    EXPECT_EQ(model->toastMessage(), QStringLiteral("Settings saved and Quire library moved"));
+}
+
+TEST_F(AppModelSettings, ASaveThatTheEndOfTheProgramOvertakesMovesNothing)
+{
+    startModel();
+    SettingsEdit given = edit();
+    given.databaseFolderPath = newFolder();
+    auto saving = model->saveSettings(given);
+    await(model->shutdown());
+    EXPECT_FALSE(await(std::move(saving)));
+    EXPECT_FALSE(QFile::exists(newFolder()));
 }
 
 TEST_F(AppModelSettings, AModelMayDieInTheMiddleOfSaving)

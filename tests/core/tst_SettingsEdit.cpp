@@ -169,6 +169,19 @@ TEST(SettingsToWrite, LeaveOutBlankSecrets)
     }
 }
 
+TEST(SettingsEdit, TheLibraryFolderIsThePlainOneOfWhatWasTyped)
+{
+    const auto folderOf = [](const QString &typed) {
+        SettingsEdit edit = acceptable();
+        edit.databaseFolderPath = typed;
+        return libraryFolder(edit);
+    };
+    EXPECT_EQ(folderOf(QStringLiteral("/library")), QStringLiteral("/library"));
+    EXPECT_EQ(folderOf(QStringLiteral(" /a/./b//../library/ \n")), QStringLiteral("/a/library"));
+    EXPECT_EQ(folderOf(QStringLiteral("~/library")), QDir::homePath() + QStringLiteral("/library"));
+    EXPECT_EQ(folderOf(QStringLiteral("/100% \"q\"/読書")), QStringLiteral("/100% \"q\"/読書"));
+}
+
 TEST(SettingsToWrite, GiveBackTheSameSettingsWhenRead)
 {
     SettingsEdit edit = acceptable();
