@@ -19,7 +19,7 @@ class BackingUp(ProgramTestCase):
 
     def assert_good(self, backup):
         manifest = json.loads(backup.with_name(backup.name + ".manifest.json").read_text())
-        self.assertEqual(manifest["sha256"], hashlib.sha256(backup.read_bytes()).hexdigest())
+        self.assertEqual(manifest["databaseSHA256"], hashlib.sha256(backup.read_bytes()).hexdigest())
         self.assertFalse(backup.with_name(backup.name + ".incomplete").exists())
         self.assertEqual(self.home.query("SELECT title FROM goodreads_books", database=backup), [("The Salt Road",)])
 
@@ -80,22 +80,26 @@ class BackingUp(ProgramTestCase):
         settings.close()
         program.wait_for_cards("The Salt Road")
 
-    def test_only_the_newest_are_kept_and_nothing_of_the_reader_s(self):
+    def test_only_the_newest_databases_are_kept_and_all_that_is_no_database(self):
         self.home.execute("INSERT INTO settings (key, value) VALUES ('maximumBackupFiles', '2')")
         usual = self.home.folder / "Usual"
         usual.mkdir()
-        own = usual / "Quire Database of my own.db"
-        own.write_text("mine")
-        (usual / "notes.db").write_text("mine too")
+        letter = usual / "Quire Database of my own.txt"
+        letter.write_text("mine")
         program = self.start()
-        self.eventually(lambda: len(self.backups(usual)) == 2)
-        for _ in range(3):
+        self.eventually(lambda: len(self.backups(usual)) == 1)
+        [first] = self.backups(usual)
+        for _ in range(2):
             program.keys("ctrl+shift+b")
             program.wait_for_text(DONE)
             program.find("OK", role="push button").click()
             program.wait_gone("OK", role="push button")
-        self.assertEqual(len([backup for backup in self.backups(usual) if backup != own]), 2)
-        self.assertEqual((usual / "notes.db").read_text(), "mine too")
+        kept = self.backups(usual)
+        self.assertEqual(len(kept), 2)
+        self.assertNotIn(first, kept)
+        manifests = [backup.with_name(backup.name + ".manifest.json") for backup in kept]
+        self.assertEqual(sorted(usual.iterdir()), sorted([letter, *kept, *manifests]))
+        self.assertEqual(letter.read_text(), "mine")
 
 
 if __name__ == "__main__":

@@ -69,7 +69,8 @@ class DataSettings(ProgramTestCase):
         program.screenshot("settings-data-refused")
         settings.dismiss_notice()
         self.assertEqual(program.quit(), 0)
-        self.assertEqual(self.home.query("SELECT * FROM settings WHERE key LIKE '%ackup%'"), [])
+        for key in ("backupPath", "backupIntervalDays", "maximumBackupFiles"):
+            self.assertIsNone(self.home.setting(key), key)
 
     def test_a_home_folder_may_be_written_with_a_tilde(self):
         program = self.start()

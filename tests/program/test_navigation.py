@@ -76,6 +76,8 @@ class Navigation(ProgramTestCase):
         program.keys("F10")
         program.find("Open Logs", role="menu item")
         program.keys("Right")
+        program.find("Back Up Quire Database…", role="menu item")
+        program.keys("Right")
         program.find("Library View", role="menu item")
         program.keys("Escape")
         program.wait_gone("Library View", role="menu item")
