@@ -1,5 +1,5 @@
-// What a library's path holds, told by its first bytes and without SQLite: even reading an
-// empty file through SQLite deletes the write-ahead log beside it.
+// What a library's path holds, told by its first bytes and without SQLite: even
+// reading an empty file through SQLite deletes the write-ahead log beside it.
 //
 // Thread: any; blocks on the disk. Not to be used while this process has a
 // connection to the file, whose locks it would drop.
@@ -18,5 +18,9 @@ enum class Content {
 };
 
 Content contentOf(const QString &path);
+
+// Whether it is a database that writes ahead, so that SQLite makes a log and an
+// index beside it for whoever reads it.
+bool writesAhead(const QString &path);
 
 } // namespace quire::LibraryFile

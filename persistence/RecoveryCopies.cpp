@@ -20,11 +20,21 @@ QString nameOfCopy(const QString &reason, Instant now)
             QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
 }
 
+// Whether SQLite can read the file and leave what is beside it as it is. Of a file
+// without pages it would delete the log; to one that writes ahead, and that
+// nobody has open, it would add a log and an index, for a sync service to carry
+// to other machines.
+bool isReadWithoutTrace(const QString &url)
+{
+    if (LibraryFile::writesAhead(url)) {
+        return QFile::exists(url + QStringLiteral("-wal")) && QFile::exists(url + QStringLiteral("-shm"));
+    }
+    return LibraryFile::contentOf(url) == LibraryFile::Content::Database;
+}
+
 bool copyThroughSQLite(const QString &url, const QString &copy)
 {
-    // Of a file without pages SQLite would make a copy without trouble, and
-    // delete its log meanwhile.
-    if (LibraryFile::contentOf(url) != LibraryFile::Content::Database) {
+    if (!isReadWithoutTrace(url)) {
         return false;
     }
     try {

@@ -14,7 +14,7 @@ namespace quire::RecoveryCopies {
 
 // Copies the library file at `url`, of whatever state, to "Recovery" in
 // localStateDirectory: through SQLite, and byte for byte with its side files
-// where SQLite cannot. reason: names the copy, as "Cloud Rollback". now: the
+// where SQLite cannot or would leave a trace beside it. reason: names the copy, as "Cloud Rollback". now: the
 // date in its name. Returns the absolute path of the copy.
 // To be called without a connection to the file.
 // Throws FileError when no copy could be made; `url` is as it was.

@@ -106,6 +106,28 @@ TEST_F(ConflictCopiesTest, NothingIsWrittenToTheFolderBeforeTheLease)
     EXPECT_EQ(bytesOf(copy(copies().first())), "theirs");
 }
 
+// Reading such a file through SQLite makes a log and an index beside it, which a
+// sync service would carry to the other machine.
+TEST_F(ConflictCopiesTest, NorIsAnythingWrittenBesideFilesThatWroteAhead)
+{
+    makeLibrary();
+    SQLiteDatabase(library.databasePath()).executeScript("PRAGMA journal_mode = WAL");
+    const QTemporaryDir shared;
+    const QStringList names{QStringLiteral("conflict.db"), QStringLiteral("quire.db")};
+    for (const QString &name : names) {
+        ASSERT_TRUE(QFile::copy(library.databasePath(), shared.filePath(name)));
+    }
+    EXPECT_THROW(ConflictCopies::rejectCloudConflictCopies(
+                     shared.filePath(QStringLiteral("quire.db")), library.folder(), library.clock().now()),
+        QuireReliabilityError);
+    EXPECT_EQ(QDir(shared.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), names);
+    ASSERT_EQ(copies().size(), 2);
+    for (const QString &one : copies()) {
+        EXPECT_EQ(
+            SQLiteDatabase(copy(one)).scalar("SELECT title FROM goodreads_books"), SQLiteValue(QStringLiteral("Ours")));
+    }
+}
+
 TEST_F(ConflictCopiesTest, AnOpeningThatStopsAtACopyTakesNoLease)
 {
     put(library.file(QStringLiteral("conflict.db")), "theirs");

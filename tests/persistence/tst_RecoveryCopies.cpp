@@ -48,6 +48,23 @@ TEST_F(RecoveryCopiesTest, ALibraryIsCopiedWithWhatItsLogHolds)
         SQLiteValue(QStringLiteral("yes")));
 }
 
+TEST_F(RecoveryCopiesTest, ALogThatCameWithoutItsIndexIsCopiedAsWell)
+{
+    library.open();
+    library.close();
+    {
+        SQLiteDatabase database(library.databasePath());
+        database.executeScript("PRAGMA journal_mode = WAL; INSERT INTO settings VALUES ('inTheLog', 'yes');");
+        database.setFoldsLogOnClose(false);
+    }
+    const QString index = library.databasePath() + QStringLiteral("-shm");
+    QFile::remove(index);
+    const QString copy = preserve();
+    EXPECT_FALSE(QFile::exists(index));
+    EXPECT_EQ(SQLiteDatabase(copy).scalar("SELECT value FROM settings WHERE key = 'inTheLog'"),
+        SQLiteValue(QStringLiteral("yes")));
+}
+
 TEST_F(RecoveryCopiesTest, WhatSQLiteCannotReadIsCopiedByteForByte)
 {
     library.open();
