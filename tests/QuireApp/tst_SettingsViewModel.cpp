@@ -62,7 +62,8 @@ TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
     startModel();
     SettingsViewModel settings(*model, helpHost);
     settings.load();
-    testing::await(model->shutdown()); // the library is closed: nothing can be written
+    library.executeScript("CREATE TRIGGER refused BEFORE INSERT ON settings"
+                          " BEGIN SELECT RAISE(ABORT, 'no settings here'); END;");
     const QSignalSpy saved(&settings, &SettingsViewModel::saved);
     settings.save();
     EXPECT_TRUE(eventually([&] { return model->notice().has_value() && !settings.isSaving(); }));
@@ -152,8 +153,8 @@ TEST_F(SettingsViewModelTest, ABackupIntoARelativeFolderIsRefused)
 
     EXPECT_TRUE(eventually([&] { return model->notice().has_value() && !settings.isBackingUp(); }));
     EXPECT_EQ(model->notice(),
-        AppNotice::error(
-            QStringLiteral("Backup Failed"), QStringLiteral("Choose an absolute folder for the Quire backup.")));
+        AppNotice::error(QStringLiteral("Backup Failed"),
+            QStringLiteral("Could not copy the Quire database: Choose an absolute folder for the Quire backup.")));
 }
 
 TEST_F(SettingsViewModelTest, TheRhythmOfBackupsIsStored)

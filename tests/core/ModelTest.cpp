@@ -12,6 +12,12 @@ namespace quire {
 using testing::await;
 using testing::eventually;
 
+namespace {
+
+constexpr std::chrono::hours shortestRhythm(24); // of a schedule
+
+} // namespace
+
 ModelTest::ModelTest()
 {
     qputenv("QUIRE_LOG_PATH", QFile::encodeName(library.file(QStringLiteral("test.log"))));
@@ -113,7 +119,15 @@ QStringList ModelTest::history() const
 
 std::size_t ModelTest::sleepers() const
 {
-    return clock.sleepers(std::chrono::hours(24));
+    return clock.sleepers(shortestRhythm);
+}
+
+std::chrono::nanoseconds ModelTest::lastPause() const
+{
+    auto pauses = clock.requestedSleeps();
+    // A schedule begins with a sleep of no length and goes on with its rhythm.
+    std::erase_if(pauses, [](std::chrono::nanoseconds pause) { return pause.count() == 0 || pause >= shortestRhythm; });
+    return pauses.empty() ? std::chrono::nanoseconds(0) : pauses.back();
 }
 
 QStringList ModelTest::logLines()

@@ -51,6 +51,8 @@ protected:
 
     // Sleeps under way but for those of the schedules, which last days.
     std::size_t sleepers() const;
+    // How long the last sleep was asked to be, but for those.
+    std::chrono::nanoseconds lastPause() const;
 
     // Lines of the log without their dates, all that were written before.
     QStringList logLines();

@@ -67,7 +67,7 @@ protected:
     void endPause(std::chrono::nanoseconds expected)
     {
         ASSERT_TRUE(eventually([this] { return sleepers() == 1; }));
-        EXPECT_EQ(clock.requestedSleeps().back(), expected);
+        EXPECT_EQ(lastPause(), expected);
         clock.advance(expected - 1ns);
         settle();
         EXPECT_EQ(sleepers(), 1U);
@@ -239,7 +239,7 @@ TEST_F(AppModelJobs, AManualGoodreadsSyncTellsItsCount)
 
     EXPECT_EQ(model->books().size(), 2);
     EXPECT_EQ(model->toastMessage(), QStringLiteral("Synced 2 Goodreads titles"));
-    EXPECT_EQ(clock.requestedSleeps().back(), 3200ms);
+    EXPECT_EQ(lastPause(), 3200ms);
     EXPECT_EQ(working.size(), 2);
     EXPECT_FALSE(model->isWorking());
     EXPECT_EQ(model->activityLabel(), QString());
@@ -295,7 +295,7 @@ TEST_F(AppModelJobs, AFailedAutomaticSyncShowsAToastAndNoNotice)
 
     const QString text = QStringLiteral("currently-reading: feed body was not RSS");
     EXPECT_EQ(model->toastMessage(), QStringLiteral("Automatic Goodreads sync failed: ") + text);
-    EXPECT_EQ(clock.requestedSleeps().back(), 7s);
+    EXPECT_EQ(lastPause(), 7s);
     EXPECT_EQ(model->notice(), std::nullopt);
     EXPECT_THAT(logLines(), ElementsAre(QStringLiteral("Goodreads sync failed: ") + text));
 }
