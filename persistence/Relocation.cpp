@@ -82,24 +82,25 @@ std::unique_ptr<SQLiteDatabase> openExisting(const QString &url, const PresentPl
     return database;
 }
 
-// Records the new folder. Throws FileError, the record naming the old one.
-void record(const QString &recordURL, const QString &folder, const PresentPlace &present, Copy &copy)
+// Records the new folder. Throws FileError, the record naming the old one. The
+// disk may have failed with the new record already in its place; where that
+// cannot be taken back it stands, since the next start goes by it.
+void record(const QString &recordURL, const QString &folder, const PresentPlace &present)
 {
+    const auto isRecorded = [&] { return QuireLibraryLocation::recordedDirectory(recordURL) == folder; };
     try {
         QuireLibraryLocation::save(folder, recordURL);
     } catch (const FileError &) {
-        // The disk may have failed with the record already in its place.
-        const auto isRecorded = [&] { return QuireLibraryLocation::recordedDirectory(recordURL) == folder; };
         if (isRecorded()) {
             try {
                 QuireLibraryLocation::save(present.supportDirectory, recordURL);
             } catch (const FileError &) {
-                if (isRecorded()) {
-                    copy.keep(); // the next start looks for a library there
-                }
+                // What the record now says decides.
             }
         }
-        throw;
+        if (!isRecorded()) {
+            throw;
+        }
     }
 }
 
@@ -132,7 +133,7 @@ std::optional<NewPlace> open(const PresentPlace &present, const QString &request
         database = openExisting(url, present, folder);
     }
     if (present.locationRecordURL) {
-        record(*present.locationRecordURL, folder, present, copy);
+        record(*present.locationRecordURL, folder, present);
     }
     copy.keep();
     return NewPlace{folder, isCopied, std::move(lease), std::move(database)};
