@@ -63,18 +63,19 @@ def _keysym(letter: str) -> int:
 def give_keys_to(text: str) -> bool:
     """Puts each letter of the text that no key has on a spare key, for good: a key that is borrowed
     for one stroke may have lost its letter before the program looks. True when a key was added."""
-    added = False
+    taken: set[int] = set()  # the display remembers the keys as they were
     with _display() as display:
-        for letter in set(text):
+        for letter in sorted(set(text)):
             if _x11.XKeysymToKeycode(display, _keysym(letter)):
                 continue
-            spare = next(code for code in range(255, 8, -1) if not _x11.XKeycodeToKeysym(display, code, 0))
+            spare = next(code for code in range(255, 8, -1)
+                         if code not in taken and not _x11.XKeycodeToKeysym(display, code, 0))
             cases = (letter.lower(), letter.upper()) if len(letter.upper()) == len(letter.lower()) == 1 else (letter,) * 2
             symbols = (ctypes.c_ulong * 2)(*map(_keysym, cases))
             _x11.XChangeKeyboardMapping(display, spare, 2, symbols, 1)
             _x11.XFlush(ctypes.c_void_p(display))
-            added = True
-    return added
+            taken.add(spare)
+    return bool(taken)
 
 
 def windows_of(pid: int, title: str = "") -> list[int]:
