@@ -1,6 +1,6 @@
 #include "concurrency/SerialExecutor.h"
 
-#include <pthread.h>
+#include "concurrency/ThreadName.h"
 
 namespace quire {
 
@@ -36,7 +36,7 @@ void SerialExecutor::enqueue(std::function<void()> task)
 
 void SerialExecutor::runLoop(const QString &name)
 {
-    pthread_setname_np(pthread_self(), name.left(15).toUtf8().constData());
+    nameThisThread(name);
 
     std::unique_lock lock(m_mutex);
     while (true) {

@@ -1,5 +1,6 @@
 #include "reliability/LeaseHeartbeat.h"
 
+#include "concurrency/ThreadName.h"
 #include "files/Descriptor.h"
 #include "reliability/QuireLibraryLeaseOwner.h"
 
@@ -28,6 +29,7 @@ timespec time(Instant moment)
 void run(const std::stop_token &stop, const QString &ownerPath, const QUuid &token, const Clock &clock,
     std::chrono::milliseconds interval)
 {
+    nameThisThread(LeaseHeartbeat::label);
     std::mutex mutex;
     std::condition_variable_any stopped;
     std::unique_lock lock(mutex);

@@ -19,6 +19,9 @@ namespace quire {
 class LeaseHeartbeat
 {
 public:
+    // The name of its thread.
+    static constexpr QStringView label = u"com.corin.quire.library-lock-heartbeat";
+
     // Beats first after `interval`, then every `interval`, measured on a
     // monotonic clock; beats missed while the process stood still are not made
     // up for. ownerPath: absolute. clock: tells the date to set, outlives this.

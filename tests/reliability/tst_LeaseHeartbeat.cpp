@@ -2,10 +2,16 @@
 
 #include "reliability/LeaseEvidence.h"
 
+#include "testing/Await.h"
+#include "testing/ManualClock.h"
+
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <algorithm>
 
 #include <sys/stat.h>
 
@@ -101,6 +107,21 @@ TEST_F(LeaseHeartbeatTest, ItBeatsOnAndOnAndEndsWhileItWaits)
         }
     }
     const LeaseHeartbeat slow(path, owner.token, clock, 24h); // destroyed at once
+}
+
+TEST_F(LeaseHeartbeatTest, ItBeatsOnAThreadOfItsOwnWithAName)
+{
+    const testing::ManualClock clock;
+    const LeaseHeartbeat heartbeat(path, owner.token, clock, 24h);
+    const auto isRunning = [] {
+        const QDir threads(QStringLiteral("/proc/self/task"));
+        const QStringList numbers = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        return std::any_of(numbers.begin(), numbers.end(), [&threads](const QString &number) {
+            QFile name(threads.filePath(number + QStringLiteral("/comm")));
+            return name.open(QIODevice::ReadOnly) && name.readAll() == "com.corin.quire\n";
+        });
+    };
+    EXPECT_TRUE(testing::eventually(isRunning));
 }
 
 } // namespace quire
