@@ -16,7 +16,10 @@ namespace quire::SmallFile {
 inline constexpr qint64 maximumBytes = 1 << 20;
 
 // The content of the file at `path`; nothing when there is none, it cannot be
-// read, it is no ordinary file, or it is longer than maximumBytes.
-std::optional<QByteArray> read(const QString &path);
+// read, it is no ordinary file, or it is longer than `maximum` bytes.
+std::optional<QByteArray> read(const QString &path, qint64 maximum = maximumBytes);
+
+// The same from an open file that nobody has read from; it stays open.
+std::optional<QByteArray> read(int descriptor, qint64 maximum = maximumBytes);
 
 } // namespace quire::SmallFile

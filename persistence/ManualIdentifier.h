@@ -4,15 +4,16 @@
 
 #pragma once
 
+#include "records/UUIDText.h"
+
 #include <QString>
-#include <QUuid>
 
 namespace quire {
 
 // "manual:" and a fresh UUID in upper case.
 inline QString newManualIdentifier()
 {
-    return QStringLiteral("manual:") + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    return QStringLiteral("manual:") + UUIDText::fresh();
 }
 
 } // namespace quire

@@ -6,10 +6,10 @@
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/database/Transaction.h"
 #include "persistence/MigrationSteps.h"
+#include "records/UUIDText.h"
 #include "reliability/QuireFailureInjector.h"
 
 #include <QFile>
-#include <QUuid>
 
 namespace quire::Migrations {
 
@@ -35,8 +35,7 @@ QString createRecoveryCopy(const SQLiteDatabase &database, qint64 targetVersion,
     const QString folder = localStateDirectory + QStringLiteral("/Recovery/Schema Migrations");
     DurableFile::createFolder(folder);
     QString copy = QStringLiteral("%1/Quire Before Schema %2 %3.db")
-                       .arg(folder, QString::number(targetVersion),
-                           QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
+                       .arg(folder, QString::number(targetVersion), UUIDText::fresh());
     try {
         SQLiteDatabase::backUp(database.url(), copy);
         if (!SQLiteDatabase(copy).integrityCheck()) {

@@ -1,20 +1,17 @@
 #include "persistence/QuireCredentialStore.h"
 
 #include "files/DurableFile.h"
+#include "files/SmallFile.h"
 #include "records/Text.h"
 
 #include <QCborMap>
 #include <QCborStreamReader>
 #include <QCborValue>
-#include <QFile>
 #include <QFileInfo>
 
 namespace quire {
 
 namespace {
-
-// Far above two secrets: whatever is larger is no credential file.
-constexpr qint64 maximumBytes = 1024 * 1024;
 
 constexpr mode_t ownerOnly = 0600;
 
@@ -33,12 +30,12 @@ const QSet<QString> &QuireCredentialStore::protectedKeys()
 
 QMap<QString, QString> QuireCredentialStore::load() const
 {
-    QFile file(m_url);
-    if (!QFileInfo(m_url).isFile() || file.size() > maximumBytes || !file.open(QIODevice::ReadOnly)) {
+    const auto bytes = SmallFile::read(m_url);
+    if (!bytes) {
         return {};
     }
     QCborParserError error;
-    const QCborValue root = QCborValue::fromCbor(file.readAll(), &error);
+    const QCborValue root = QCborValue::fromCbor(*bytes, &error);
     if (error.error != QCborError::NoError || !root.isMap()) {
         return {};
     }

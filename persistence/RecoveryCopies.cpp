@@ -5,9 +5,9 @@
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/LibraryFile.h"
 #include "records/DateParser.h"
+#include "records/UUIDText.h"
 
 #include <QFile>
-#include <QUuid>
 
 namespace quire::RecoveryCopies {
 
@@ -16,8 +16,7 @@ namespace {
 QString nameOfCopy(const QString &reason, Instant now)
 {
     return QStringLiteral("Quire %1 %2 %3.db")
-        .arg(QString(reason).replace(u'/', u'-'), DateParser::iso8601(now).replace(u':', u'-'),
-            QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper());
+        .arg(QString(reason).replace(u'/', u'-'), DateParser::iso8601(now).replace(u':', u'-'), UUIDText::fresh());
 }
 
 // Whether SQLite can read the file and leave what is beside it as it is. Of a file

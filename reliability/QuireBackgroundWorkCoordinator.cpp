@@ -1,5 +1,7 @@
 #include "reliability/QuireBackgroundWorkCoordinator.h"
 
+#include "records/UUIDText.h"
+
 #include <QPromise>
 
 #include <algorithm>
@@ -60,8 +62,7 @@ public:
         } else if (*m_active == job || isWaiting(job)) {
             resume(*continuation, false); // the first request keeps its priority
         } else {
-            m_waiting.push_back(
-                {m_makeId().toString(QUuid::WithoutBraces).toUpper(), job, priority, std::move(continuation)});
+            m_waiting.push_back({UUIDText::of(m_makeId()), job, priority, std::move(continuation)});
             std::stable_sort(m_waiting.begin(), m_waiting.end(), goesBefore);
         }
     }

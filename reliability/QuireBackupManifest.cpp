@@ -1,9 +1,9 @@
 #include "reliability/QuireBackupManifest.h"
 
 #include "files/DurableFile.h"
+#include "files/SmallFile.h"
+#include "records/JsonInteger.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -16,8 +16,7 @@ namespace {
 constexpr qint64 presentFormat = 1;
 constexpr qsizetype digestDigits = 64;
 
-// Many times what a manifest takes. A longer file is something else, and is not
-// even read.
+// Many times what a manifest takes. A longer file is something else.
 constexpr qint64 longestManifest = 65'536;
 
 constexpr QStringView formatVersionKey = u"formatVersion";
@@ -48,12 +47,9 @@ public:
 
     qint64 integer(QStringView key)
     {
-        // Whole numbers up to 64 bits; toInteger() tells anything else by its
-        // default, which no two defaults share.
-        const QJsonValue value = m_object[key];
-        const qint64 whole = value.toInteger(0);
-        m_isGood = m_isGood && value.isDouble() && whole == value.toInteger(1);
-        return whole;
+        const auto whole = wholeNumber(m_object[key]);
+        m_isGood = m_isGood && whole;
+        return whole.value_or(0);
     }
 
     qint64 count(QStringView key)
@@ -117,13 +113,8 @@ std::optional<QuireBackupManifest> QuireBackupManifest::decoded(const QByteArray
 
 std::optional<QuireBackupManifest> QuireBackupManifest::read(const QString &path)
 {
-    QFile file(path);
-    // Opening a pipe would wait for whoever writes into it.
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QByteArray bytes = file.read(longestManifest + 1);
-    return bytes.size() > longestManifest ? std::nullopt : decoded(bytes);
+    const auto bytes = SmallFile::read(path, longestManifest);
+    return bytes ? decoded(*bytes) : std::nullopt;
 }
 
 void QuireBackupManifest::write(const QString &path) const

@@ -2,6 +2,7 @@
 
 #include "files/DurableFile.h"
 #include "files/SmallFile.h"
+#include "records/JsonInteger.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -17,17 +18,10 @@ constexpr QStringView generationKey = u"generation";
 constexpr QStringView lineageTokenKey = u"lineageToken";
 constexpr QStringView recordedAtKey = u"recordedAt";
 
-// Nothing for what is no number, has a fraction, or does not fit.
-std::optional<qint64> integer(const QJsonValue &value)
-{
-    const qint64 number = value.toInteger(0);
-    return number == value.toInteger(1) ? std::optional(number) : std::nullopt;
-}
-
 std::optional<QuireCloudLineage> decode(const QByteArray &bytes)
 {
     const QJsonObject object = QJsonDocument::fromJson(bytes).object();
-    const auto generation = integer(object[generationKey]);
+    const auto generation = wholeNumber(object[generationKey]);
     if (!generation || !object[libraryUUIDKey].isString() || !object[lineageTokenKey].isString()
         || !object[recordedAtKey].isString()) {
         return std::nullopt;

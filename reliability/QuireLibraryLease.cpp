@@ -3,6 +3,7 @@
 #include "files/DurableFile.h"
 #include "files/FileError.h"
 #include "persistence/database/DatabaseError.h"
+#include "records/UUIDText.h"
 
 #include <QFile>
 
@@ -30,11 +31,6 @@ bool removeFolder(const QString &path)
     std::error_code error;
     std::filesystem::remove_all(QFile::encodeName(path).toStdString(), error);
     return !error;
-}
-
-QString text(const QUuid &uuid)
-{
-    return uuid.toString(QUuid::WithoutBraces).toUpper();
 }
 
 } // namespace
@@ -127,7 +123,7 @@ bool QuireLibraryLease::recoverAbandonedLockIfNeeded() const
     if (!isAbandoned(evidence, m_owner.hostID, m_legacyKeys, m_clock.now(), m_timing.patience)) {
         return false;
     }
-    const QString abandoned = QStringLiteral("%1/Abandoned %2").arg(m_locksDirectory, text(QUuid::createUuid()));
+    const QString abandoned = QStringLiteral("%1/Abandoned %2").arg(m_locksDirectory, UUIDText::fresh());
     // One of two machines that both try it succeeds; the other finds nothing.
     if (rename(m_lockPath, abandoned) && removeFolder(abandoned)) {
         return true;
@@ -150,7 +146,7 @@ void QuireLibraryLease::giveUp() const
     if (owner && owner->token != m_owner.token) {
         return;
     }
-    const QString released = QStringLiteral("%1/Released %2").arg(m_locksDirectory, text(m_owner.token));
+    const QString released = QStringLiteral("%1/Released %2").arg(m_locksDirectory, UUIDText::of(m_owner.token));
     if (rename(m_lockPath, released)) { // the lock is free from here on
         removeFolder(released);
     }

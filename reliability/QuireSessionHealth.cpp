@@ -3,6 +3,7 @@
 #include "files/DurableFile.h"
 #include "files/SmallFile.h"
 #include "records/DateParser.h"
+#include "records/UUIDText.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -17,17 +18,10 @@ constexpr QStringView openedAtKey = u"openedAt";
 constexpr QStringView closedAtKey = u"closedAt";
 constexpr QStringView cleanKey = u"clean";
 
-// In the one form of 36 characters; QUuid takes others too.
-std::optional<QUuid> uuid(const QString &text)
-{
-    const QUuid id = QUuid::fromString(text);
-    return id.toString(QUuid::WithoutBraces).compare(text, Qt::CaseInsensitive) == 0 ? std::optional(id) : std::nullopt;
-}
-
 std::optional<QuireSessionRecord> decode(const QByteArray &bytes)
 {
     const QJsonObject object = QJsonDocument::fromJson(bytes).object();
-    const auto sessionID = uuid(object[sessionIDKey].toString());
+    const auto sessionID = UUIDText::parsed(object[sessionIDKey].toString());
     const QJsonValue closedAt = object[closedAtKey];
     if (!sessionID || !object[openedAtKey].isString() || !object[cleanKey].isBool()
         || !(closedAt.isString() || closedAt.isNull() || closedAt.isUndefined())) {
@@ -40,7 +34,7 @@ std::optional<QuireSessionRecord> decode(const QByteArray &bytes)
 QByteArray encode(const QuireSessionRecord &record)
 {
     QJsonObject object; // sorted by key
-    object[sessionIDKey] = record.sessionID.toString(QUuid::WithoutBraces).toUpper();
+    object[sessionIDKey] = UUIDText::of(record.sessionID);
     object[openedAtKey] = record.openedAt;
     if (record.closedAt) {
         object[closedAtKey] = *record.closedAt;

@@ -1,5 +1,6 @@
 #include "files/SmallFile.h"
 
+#include "files/Descriptor.h"
 #include "testing/UnprivilegedUser.h"
 
 #include <QDir>
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace quire;
@@ -44,6 +46,23 @@ TEST_F(SmallFileTest, ALongerFileIsNothing)
 {
     put(QByteArray(SmallFile::maximumBytes + 1, 'x'));
     EXPECT_EQ(SmallFile::read(path), std::nullopt);
+}
+
+TEST_F(SmallFileTest, TheLimitCanBeLower)
+{
+    put("twelve bytes");
+    EXPECT_EQ(SmallFile::read(path, 12), "twelve bytes");
+    EXPECT_EQ(SmallFile::read(path, 11), std::nullopt);
+}
+
+TEST_F(SmallFileTest, AnOpenFileIsReadAndStaysOpen)
+{
+    put("record");
+    const Descriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(SmallFile::read(file.number()), "record");
+    EXPECT_EQ(::lseek(file.number(), 0, SEEK_SET), 0);
+    EXPECT_EQ(SmallFile::read(file.number()), "record");
+    EXPECT_EQ(SmallFile::read(-1), std::nullopt);
 }
 
 TEST_F(SmallFileTest, AMissingFileAndAFolderAreNothing)
