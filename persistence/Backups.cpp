@@ -17,6 +17,7 @@
 #include "reliability/BackupPaths.h"
 #include "reliability/QuireBackupManifest.h"
 #include "reliability/QuireFailureInjector.h"
+#include "reliability/UnfinishedBackup.h"
 
 #include <QDir>
 #include <QFile>
@@ -65,17 +66,6 @@ QString freePath(const QString &folder, Instant moment)
     }
 }
 
-// The marker goes last: should the process end in between, it still tells the
-// next start to clean up. Failures are dropped for the one that led here.
-void discard(const QString &backup)
-{
-    for (const char *suffix : {"", "-journal", "-wal", "-shm"}) {
-        QFile::remove(backup + QLatin1String(suffix));
-    }
-    QFile::remove(BackupPaths::manifest(backup));
-    QFile::remove(BackupPaths::marker(backup));
-}
-
 void copyAndVerify(const LiveLibrary &library, const QString &backup)
 {
     try {
@@ -91,7 +81,7 @@ void copyAndVerify(const LiveLibrary &library, const QString &backup)
             });
         });
     } catch (...) {
-        discard(backup);
+        UnfinishedBackup::discard(QFile::encodeName(backup).toStdString());
         throw;
     }
 }

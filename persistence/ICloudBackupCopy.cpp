@@ -1,52 +1,23 @@
 #include "persistence/ICloudBackupCopy.h"
 
 #include "files/DurableFile.h"
-#include "files/FileError.h"
 #include "persistence/AppLog.h"
 #include "persistence/BackupRotation.h"
 #include "records/Failure.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-
-#include <filesystem>
-#include <system_error>
 
 namespace quire::ICloudBackupCopy {
 
 namespace {
 
-std::filesystem::path native(const QString &path)
-{
-    return QFile::encodeName(path).toStdString();
-}
-
-// Over a file of that name; leaves no part of one.
-void copyFile(const QString &from, const QString &to)
-{
-    std::error_code error;
-    std::filesystem::copy_file(native(from), native(to), error);
-    if (error) {
-        const int code = error.value();
-        std::filesystem::remove(native(to), error);
-        throw FileError(QStringLiteral("write the file"), to, code);
-    }
-}
-
 void copy(const QString &backup, const QString &manifest, const QString &folder, qsizetype limit)
 {
     DurableFile::createFolder(folder);
-    const auto there = [&folder](const QString &path) { return folder + u'/' + QFileInfo(path).fileName(); };
-
-    std::error_code error;
-    std::filesystem::remove(native(there(backup)), error);
-    if (error) {
-        throw FileError(QStringLiteral("remove the file"), there(backup), error.value());
+    for (const QString &file : {backup, manifest}) {
+        DurableFile::copy(file, folder + u'/' + QFileInfo(file).fileName());
     }
-    copyFile(backup, there(backup));
-    std::filesystem::remove(native(there(manifest)), error); // what matters shows when it is copied
-    copyFile(manifest, there(manifest));
     BackupRotation::rotate(folder, limit);
 }
 

@@ -9,8 +9,8 @@
 
 namespace quire::ICloudBackupCopy {
 
-// Copies the backup and its manifest into "Quire/Database Backups" of the drive
-// and rotates that folder as well. Does nothing where there is no drive; a
+// Copies the backup and its manifest into "Quire/Database Backups" of the drive,
+// in the place of files of their names, and rotates that folder as well. Does nothing where there is no drive; a
 // failure goes to the log, since the backup itself has succeeded.
 // backup, manifest: absolute paths. limit: at least 1.
 void copyIfAvailable(const QString &backup, const QString &manifest, qsizetype limit);

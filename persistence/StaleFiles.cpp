@@ -3,6 +3,8 @@
 #include "files/FolderListing.h"
 #include "persistence/database/SQLiteDatabase.h"
 #include "records/Text.h"
+#include "reliability/BackupPaths.h"
+#include "reliability/UnfinishedBackup.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -45,16 +47,12 @@ void cleanPublishingFolder(const QString &folder)
 void cleanBackupFolder(const QString &folder)
 {
     for (const FolderEntry &entry : visibleEntries(folder)) {
-        if (entry.path.extension() != ".incomplete") {
+        if (entry.path.extension() != BackupPaths::markerSuffix.toUtf8().constData()) {
             continue;
         }
         std::filesystem::path backup = entry.path;
         backup.replace_extension();
-        std::filesystem::path manifest = backup;
-        manifest += ".manifest.json";
-        removeIfPossible(backup);
-        removeIfPossible(manifest);
-        removeIfPossible(entry.path);
+        UnfinishedBackup::discard(backup);
     }
 }
 

@@ -534,6 +534,16 @@ TEST_F(ICloudBackups, ReplaceWhatHasTheirName)
     EXPECT_EQ(FinishedBackup::condition(copies + u'/' + firstName), Condition::Good);
 }
 
+TEST_F(ICloudBackups, ThatCannotBeCopiedInWholeLeaveNoPart)
+{
+    ASSERT_TRUE(QDir().mkpath(copies + u'/' + firstName + QStringLiteral("/in the way")));
+
+    backUp();
+
+    EXPECT_THAT(names(copies), ElementsAre(firstName));
+    EXPECT_TRUE(eventually([&] { return log().contains("Could not copy a database backup to iCloud: "); }));
+}
+
 TEST_F(ICloudBackups, AreRotatedAsWell)
 {
     set(QStringLiteral("maximumBackupFiles"), QStringLiteral("2"));

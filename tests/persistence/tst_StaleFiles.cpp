@@ -82,8 +82,9 @@ TEST_F(StaleFilesTest, BackupsWithoutAnEndGoWithManifestAndMarker)
     const QString begun = QStringLiteral("Quire Database 2026-11-21T10-00-00.000Z.db");
     fill(backups,
         {good, good + QStringLiteral(".manifest.json"), begun, begun + QStringLiteral(".manifest.json"),
-            begun + QStringLiteral(".incomplete"), QStringLiteral("lonely.db.incomplete"),
-            QStringLiteral("notes.INCOMPLETE"), QStringLiteral(".hidden.db"), QStringLiteral(".hidden.db.incomplete")});
+            begun + QStringLiteral(".incomplete"), begun + QStringLiteral("-journal"),
+            QStringLiteral("lonely.db.incomplete"), QStringLiteral("notes.INCOMPLETE"), QStringLiteral(".hidden.db"),
+            QStringLiteral(".hidden.db.incomplete")});
     set("backupPath", QStringLiteral("  "));
     clean();
     EXPECT_THAT(names(backups),

@@ -1,0 +1,22 @@
+#include "reliability/UnfinishedBackup.h"
+
+#include "reliability/BackupPaths.h"
+
+#include <string>
+#include <system_error>
+
+namespace quire::UnfinishedBackup {
+
+void discard(const std::filesystem::path &backup)
+{
+    // The marker goes last: should the process end in between, it still tells the
+    // next start to clean up.
+    for (const std::string &suffix :
+        {std::string(), std::string("-journal"), std::string("-wal"), std::string("-shm"),
+            BackupPaths::manifestSuffix.toString().toStdString(), BackupPaths::markerSuffix.toString().toStdString()}) {
+        std::error_code ignored;
+        std::filesystem::remove(backup.native() + suffix, ignored);
+    }
+}
+
+} // namespace quire::UnfinishedBackup
