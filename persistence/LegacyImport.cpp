@@ -6,7 +6,6 @@
 #include "persistence/database/SQLiteDatabase.h"
 #include "records/DateParser.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace quire::LegacyImport {
@@ -47,9 +46,7 @@ void runIfAvailable(
     if (const QString siteID = books + QStringLiteral("/deploy/.site-id"); QFileInfo(siteID).isFile()) {
         const QString folder = supportDirectory + QStringLiteral("/deploy");
         DurableFile::createFolder(folder);
-        QFile file(siteID);
-        file.open(QIODevice::ReadOnly);
-        DurableFile::write(folder + QStringLiteral("/.site-id"), file.readAll());
+        DurableFile::copy(siteID, folder + QStringLiteral("/.site-id"));
     }
     const QString note = QStringLiteral("Quire created this isolated database from the preserved Books library on %1.\n"
                                         "Changes made in Quire do not change the preserved Books database.");

@@ -63,14 +63,19 @@ void LibraryStore::State::open(bool recoveringFromCrash)
     libraryLease = std::move(lease);
 }
 
+void LibraryStore::State::rememberLineage()
+{
+    try {
+        CloudLineage::remember(*database, {databaseURL(), cloudLineageStore, localStateDirectory, clock.now()});
+    } catch (const Failure &) {
+        // The next opening compares with the older one.
+    }
+}
+
 void LibraryStore::State::close()
 {
     if (database) {
-        try {
-            CloudLineage::remember(*database, {databaseURL(), cloudLineageStore, localStateDirectory, clock.now()});
-        } catch (const Failure &) {
-            // The memory stays behind; the next opening compares with that.
-        }
+        rememberLineage();
     }
     database.reset();
     covers.clear();

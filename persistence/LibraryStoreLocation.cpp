@@ -8,8 +8,8 @@ namespace quire {
 QFuture<bool> LibraryStore::relocateDatabase(const QString &folder)
 {
     return m_executor.submit([state = m_state.get(), folder] {
-        auto place = Relocation::open(
-            {state->supportDirectory, state->databaseURL(), state->localStateDirectory, state->locationRecordURL},
+        auto place = Relocation::open({state->supportDirectory, state->databaseURL(), state->localStateDirectory,
+                                          state->locationRecordURL, state->cloudLineageStore},
             folder, state->clock);
         if (!place) {
             return false;
@@ -20,6 +20,7 @@ QFuture<bool> LibraryStore::relocateDatabase(const QString &folder)
         state->supportDirectory = place->supportDirectory;
         state->database = std::move(place->database);
         state->libraryLease = std::move(place->lease);
+        state->rememberLineage();
         return place->wasCopied;
     });
 }

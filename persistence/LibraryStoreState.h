@@ -34,6 +34,10 @@ struct LibraryStore::State
     void open(bool recoveringFromCrash);
     void close();
 
+    // What is in the open library, as what this machine saw last at its place. A
+    // memory that cannot be written stays behind, which the next opening allows.
+    void rememberLineage();
+
     const Clock &clock;
     QString supportDirectory; // the library's folder
     QString localStateDirectory; // never in a folder that a sync service copies

@@ -3,6 +3,7 @@
 #include "files/DurableFile.h"
 #include "files/FileError.h"
 #include "files/FolderPath.h"
+#include "persistence/CloudLineage.h"
 #include "persistence/database/DatabaseError.h"
 #include "persistence/database/DatabaseFiles.h"
 #include "persistence/database/SQLiteDatabase.h"
@@ -11,6 +12,7 @@
 #include "reliability/QuireFailureInjector.h"
 #include "reliability/QuireLibraryLease.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QUuid>
 
@@ -55,6 +57,17 @@ private:
     QString m_path;
     bool m_kept = false;
 };
+
+// Copies of moves whose process ended in the middle. Under the lease nobody else
+// can be making one here.
+void removeLeftCopies(const QString &folder)
+{
+    const QString ofAnyMove = QStringLiteral("Quire Database Migration *-*-*-*-*.db");
+    const QDir directory(folder);
+    for (const QString &name : directory.entryList({ofAnyMove}, QDir::Files | QDir::Hidden)) {
+        DatabaseFiles::remove(directory.filePath(name));
+    }
+}
 
 void fillCopy(const Copy &copy, const PresentPlace &present, const QString &folder)
 {
@@ -118,6 +131,9 @@ std::optional<NewPlace> open(const PresentPlace &present, const QString &request
     // copy goes, the lease is released.
     auto lease = std::make_unique<QuireLibraryLease>(folder, clock);
     lease->acquire();
+    if (lease->isAcquired()) {
+        removeLeftCopies(folder);
+    }
     Copy copy(QStringLiteral("%1/Quire Database Migration %2.db")
                   .arg(folder, QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()));
     std::unique_ptr<SQLiteDatabase> database;
@@ -130,6 +146,7 @@ std::optional<NewPlace> open(const PresentPlace &present, const QString &request
         copy.move(url);
         database = LibraryOpening::openPrepared(url, folder, present.localStateDirectory);
     } else {
+        CloudLineage::requireRememberedFile({url, present.cloudLineageStore, present.localStateDirectory, clock.now()});
         database = openExisting(url, present, folder);
     }
     if (present.locationRecordURL) {

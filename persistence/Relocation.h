@@ -8,6 +8,7 @@
 #pragma once
 
 #include "concurrency/Clock.h"
+#include "reliability/QuireCloudLineage.h"
 
 #include <QString>
 
@@ -28,6 +29,7 @@ struct PresentPlace
     QString databaseURL;
     QString localStateDirectory; // takes the copies that migrations make
     std::optional<QString> locationRecordURL; // absent for a library without a record
+    QuireCloudLineageStore cloudLineageStore; // which libraries this machine remembers
 };
 
 // The library open in its new folder, under a lease there.
@@ -44,8 +46,10 @@ struct NewPlace
 // the old file nor the lease on it is touched: both are the caller's to close.
 // clock: outlives the lease.
 // Throws DatabaseError (InvalidLibraryLocation for a folder that is not absolute
-// or a file that fails its check, LibraryBusy while somebody uses the folder) or
-// FileError; of a copy nothing is then left, and the record is as it was.
+// or a file that fails its check, LibraryBusy while somebody uses the folder),
+// QuireReliabilityError (a file that is none where a library is remembered, which
+// a sync service has yet to fetch) or FileError; of a copy nothing is then left,
+// and the record is as it was.
 std::optional<NewPlace> open(const PresentPlace &present, const QString &folder, const Clock &clock);
 
 } // namespace Relocation

@@ -220,3 +220,21 @@ TEST_F(LegacyImportTest, ASiteThatCannotBeCopiedIsAFileFailure)
     await(store()->prepare(false)); // the library itself is there
     EXPECT_EQ(titles(), preserved);
 }
+
+TEST_F(LegacyImportTest, ASiteThatCannotBeReadIsAFileFailureAndNotAnEmptyOne)
+{
+    makeLegacyLibrary();
+    const QString site = books + QStringLiteral("/deploy/.site-id");
+    fill(site, "site-7");
+    for (const QString &folder : {books, QString(books + QStringLiteral("/deploy")), supportDirectory}) {
+        QDir().mkpath(folder);
+        ::chmod(QFile::encodeName(folder).constData(), 0777);
+    }
+    ::chmod(QFile::encodeName(data.file(QStringLiteral("Books"))).constData(), 0755);
+    ::chmod(QFile::encodeName(site).constData(), 0000);
+    {
+        const UnprivilegedUser user(data.path());
+        EXPECT_EQ(thrownBy<FileError>([&] { await(store()->prepare(false)); })->path(), site);
+    }
+    EXPECT_FALSE(QFile::exists(file(QStringLiteral("deploy/.site-id"))));
+}

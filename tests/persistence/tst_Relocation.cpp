@@ -6,6 +6,7 @@
 #include "persistence/LibraryStore.h"
 #include "persistence/QuireLibraryLocation.h"
 #include "reliability/QuireLibraryLease.h"
+#include "reliability/QuireReliabilityError.h"
 #include "testing/Await.h"
 #include "testing/ManualClock.h"
 #include "testing/OwnDataDirectory.h"
@@ -513,4 +514,64 @@ TEST_F(RelocationTest, ARecordWhoseSyncFailedNamesTheOldFolderAgain)
     }
     ::chmod(QFile::encodeName(defaultFolder).constData(), 0755);
     expectAsBefore(folder);
+}
+
+TEST_F(RelocationTest, CopiesThatKilledMovesLeftAreTakenAwayByTheNext)
+{
+    const QString left = folder + QStringLiteral("/Quire Database Migration 7F0C8A5E-2E0B-4B3C-9A55-0C8F6B1D2E3F.db");
+    const QString ofTheReader = folder + QStringLiteral("/Quire Database Migration.db");
+    QDir().mkpath(folder);
+    for (const QString &path : {left, QString(left + QStringLiteral("-journal")), ofTheReader}) {
+        fill(path, "half a page");
+    }
+    EXPECT_TRUE(relocate(folder));
+    EXPECT_EQ(namesIn(folder),
+        (QStringList{QStringLiteral(".Quire Locks"), QFileInfo(ofTheReader).fileName(), QStringLiteral("quire.db")}));
+}
+
+// Lineage ---------------------------------------------------------------------------
+
+TEST_F(RelocationTest, AnEmptyFileWhereALibraryIsRememberedIsNotAdopted)
+{
+    relocate(folder);
+    QFile::remove(databaseIn(defaultFolder));
+    relocate(defaultFolder);
+    fill(databaseIn(folder), {}); // as a sync service has it that has yet to fetch the file
+    EXPECT_EQ(thrownBy<QuireReliabilityError>([&] { relocate(folder); }).value(),
+        QuireReliabilityError::cloudLibraryRolledBack());
+    EXPECT_EQ(QFileInfo(databaseIn(folder)).size(), 0);
+    expectAsBefore(folder, {QStringLiteral("quire.db")});
+}
+
+TEST_F(RelocationTest, AnEmptyFileThatNobodyRemembersBecomesALibrary)
+{
+    QDir().mkpath(folder);
+    fill(databaseIn(folder), {});
+    EXPECT_FALSE(relocate(folder));
+    EXPECT_TRUE(titles().isEmpty());
+}
+
+TEST_F(RelocationTest, AFolderThatIsGoneAfterAnUncleanEndIsNotTakenForANewLibrary)
+{
+    relocate(folder);
+    store.reset(); // ends without shutdown()
+    QDir(folder).removeRecursively(); // a disk that is not there yet
+    store = std::make_unique<LibraryStore>(clock);
+    EXPECT_EQ(thrownBy<QuireReliabilityError>([&] { await(store->prepare(false)); }).value(),
+        QuireReliabilityError::cloudLibraryDiverged());
+    EXPECT_FALSE(QFile::exists(databaseIn(folder)));
+}
+
+TEST_F(RelocationTest, AnOlderStateInAPlaceOfANewerOneIsNoRollbackAfterAnUncleanEnd)
+{
+    relocate(folder);
+    addBook(QStringLiteral("Two"));
+    reopen(); // remembers the place with two titles
+    relocate(defaultFolder); // the state before the first move
+    QFile::remove(databaseIn(folder));
+    EXPECT_TRUE(relocate(folder));
+    store.reset();
+    store = std::make_unique<LibraryStore>(clock);
+    await(store->prepare(true));
+    EXPECT_EQ(titles(), QStringList{QStringLiteral("One")});
 }
