@@ -1,15 +1,17 @@
 // Opens the library in FOLDER and does one deed; for tests that let it end in the
 // middle, at a failure point or at the CALL-th call to the disk.
-// usage: quire_deed_worker FOLDER open|feed|audio|backup [CALL]
+// usage: quire_deed_worker FOLDER open|feed|audio|backup|move [CALL]
 // Exits with 0 when the deed was done, with 1 after a failure.
 
 #include "concurrency/SystemClock.h"
+#include "faults/FaultBench.h"
 #include "faults/FaultyDisk.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
 #include "testing/ImportRecords.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QStringList>
 
 #include <cstdio>
@@ -30,6 +32,9 @@ void run(LibraryStore &store, const QString &deed)
         store.mergeAudibleLibraryItems(items).waitForFinished();
     } else if (deed == u"backup") {
         store.backUpDatabase(std::nullopt).waitForFinished();
+    } else if (deed == u"move") {
+        const QString library = done(store.databaseURL());
+        done(store.relocateDatabase(QFileInfo(library).path() + QStringLiteral("/Elsewhere")));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "faults/Deeds.h"
 
+#include "faults/RelocationDeeds.h"
 #include "persistence/OldLibraries.h"
 #include "testing/ImportRecords.h"
 
@@ -171,6 +172,7 @@ std::vector<Deed> allDeeds(Place place)
     std::vector<Deed> deeds;
     addEdits(deeds, filled);
     addOpenings(deeds, place, filled);
+    addMoves(deeds, place, filled);
     return deeds;
 }
 

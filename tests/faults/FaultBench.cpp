@@ -1,6 +1,7 @@
 #include "faults/FaultBench.h"
 
 #include "faults/FaultyDisk.h"
+#include "persistence/QuireLibraryLocation.h"
 #include "records/Failure.h"
 
 #include <QDir>
@@ -31,8 +32,6 @@ FaultBench::FaultBench(Place place)
                                                      : QStringLiteral("A reader's folder")))
 {
     FaultyDisk::instance(); // before the first connection
-    qputenv("XDG_DATA_HOME", QFile::encodeName(outside(QStringLiteral("data"))));
-    qputenv("QUIRE_LOG_PATH", QFile::encodeName(outside(QStringLiteral("log/quire.log"))));
     reset({});
 }
 
@@ -50,6 +49,10 @@ void FaultBench::reset(const FolderImage &image)
 {
     FaultyDisk::instance().release();
     m_store.reset();
+    // Each time: another bench may have been here since.
+    qputenv("XDG_DATA_HOME", QFile::encodeName(outside(QStringLiteral("data"))));
+    qputenv("QUIRE_LOG_PATH", QFile::encodeName(outside(QStringLiteral("log/quire.log"))));
+    qputenv("HOME", QFile::encodeName(m_folder));
     QDir(m_folder).removeRecursively();
     QDir().mkpath(m_folder);
     writeFolder(m_folder, image);
@@ -70,7 +73,14 @@ void FaultBench::close()
 void FaultBench::restart()
 {
     m_store.reset();
-    m_store = std::make_unique<LibraryStore>(m_clock, m_folder);
+    m_store = m_place == Place::DefaultFolder ? std::make_unique<LibraryStore>(m_clock)
+                                              : std::make_unique<LibraryStore>(m_clock, m_folder);
+}
+
+QString FaultBench::libraryFolder() const
+{
+    return QuireLibraryLocation::recordedDirectory(m_folder + QStringLiteral("/Library Location.json"))
+        .value_or(m_folder);
 }
 
 QStringList FaultBench::findingsOfFurtherWork()

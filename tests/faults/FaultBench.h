@@ -17,7 +17,8 @@
 namespace quire::testing {
 
 // Where a library lies decides its journal: a write-ahead log in the default
-// folder, a rollback journal and full syncs anywhere else.
+// folder, a rollback journal and full syncs anywhere else. From the default
+// folder a library may move on, with a record of where it is.
 enum class Place { DefaultFolder, ChosenFolder };
 
 const char *nameOf(Place place);
@@ -36,7 +37,6 @@ T done(QFuture<T> future)
 class FaultBench
 {
 public:
-    // Sets the environment so that the default folder is this bench's own.
     explicit FaultBench(Place place);
     ~FaultBench();
 
@@ -48,7 +48,8 @@ public:
     const QString &folder() const { return m_folder; }
     QString outside(const QString &name) const;
 
-    // Makes the folder hold these files and nothing else, and a store that is
+    // Sets the environment so that the default folder is this bench's own, and the
+    // home folder the watched one. Makes the folder hold these files and nothing else, and a store that is
     // not open yet. Whatever was open is closed.
     void reset(const FolderImage &image);
 
@@ -61,7 +62,7 @@ public:
     void restart();
 
     // Needs no open library, and leaves none.
-    LibraryContent content() const { return LibraryContent::read(m_folder); }
+    LibraryContent content() const { return LibraryContent::read(libraryFolder(), m_folder); }
     FolderImage image() const { return readFolder(m_folder); }
 
     // What is lacking for the library to be of use: an edit and a setting are
@@ -69,6 +70,9 @@ public:
     QStringList findingsOfFurtherWork();
 
 private:
+    // Where the next start looks for it.
+    QString libraryFolder() const;
+
     Place m_place;
     QTemporaryDir m_root; // first: outlives the store
     QString m_folder;

@@ -61,10 +61,10 @@ QStringList rowsOf(const SQLiteDatabase &database, const QString &table)
 
 } // namespace
 
-LibraryContent LibraryContent::read(const QString &folder)
+LibraryContent LibraryContent::read(const QString &folder, const QString &localStateFolder)
 {
     LibraryContent content;
-    content.secrets = QuireCredentialStore(folder + QStringLiteral("/Credentials.plist")).load();
+    content.secrets = QuireCredentialStore(localStateFolder + QStringLiteral("/Credentials.plist")).load();
     const QString path = folder + QStringLiteral("/quire.db");
     if (!QFile::exists(path)) {
         return content;

@@ -19,10 +19,10 @@ struct LibraryContent
     QMap<QString, QString> secrets; // of the credential file
 
     // Opens the library in `folder` on its own and reads it; a missing file holds
-    // nothing. Recovers what a crash left, as every opening does. Throws
+    // nothing. localStateFolder: where its secrets are. Recovers what a crash left, as every opening does. Throws
     // DatabaseError when it cannot be read or its integrity check finds
     // something.
-    static LibraryContent read(const QString &folder);
+    static LibraryContent read(const QString &folder, const QString &localStateFolder);
 
     bool operator==(const LibraryContent &) const = default;
 

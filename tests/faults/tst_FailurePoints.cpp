@@ -32,6 +32,7 @@ constexpr Point pointsOfAnOpenLibrary[] = {
     {"goodreads-after-staging", "feed"},
     {"audible-after-staging", "audio"},
     {"backup-after-copy", "backup"},
+    {"relocation-after-copy", "move"},
 };
 constexpr Point pointOfMigrations{"migration-before-commit", "open"};
 
