@@ -58,9 +58,7 @@ check_qml() {
 }
 
 check_faults() {
-    # Generated sources (moc, resources) are part of a build and not of the code.
-    run-clang-tidy-16 -quiet -j "$(nproc)" -p build/debug "^$QUIRE_ROOT/(?!build/).*\.cpp$" 2>/dev/null \
-        | sed '/^clang-tidy-16 /d'
+    /usr/bin/python3 scripts/lib/check_faults.py build/debug
 }
 
 check "Form (clang-format)" check_form
