@@ -8,6 +8,7 @@
 
 #include "concurrency/SystemClock.h"
 #include "core/AppModel.h"
+#include "core/Desktop.h"
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/database/SQLiteStatement.h"
 #include "persistence/database/Transaction.h"
@@ -158,12 +159,21 @@ std::chrono::duration<double, std::milli> longestGap(Condition isDone)
     return longest;
 }
 
+// Asks nobody and opens nothing.
+class NoDesktop final : public Desktop
+{
+public:
+    QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion /*question*/) override { co_return std::nullopt; }
+    void open(const QUrl & /*address*/) override { }
+};
+
 void interface(benchmark::State &state)
 {
     BackupLibrary &library = BackupLibrary::of(int(state.range(0)));
     NetworkClient network;
+    NoDesktop desktop;
     AppModel model(std::make_unique<LibraryStore>(library.clock(), library.folder()), std::nullopt,
-        {library.clock(), network, ServiceEndpoints::standard()});
+        {library.clock(), network, desktop, ServiceEndpoints::standard()});
     const auto starting = model.start();
     longestGap([&] { return model.isReady() || model.notice(); });
 

@@ -11,8 +11,8 @@ set -euo pipefail
 fast=no
 [ "${1:-}" = --fast ] && fast=yes
 
-need build run test lint
-configure debug
+need build run test lint bench
+configure debug -DQUIRE_BUILD_BENCHMARKS=ON # nothing else builds them in time to be checked
 
 failed=()
 
