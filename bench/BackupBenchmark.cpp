@@ -122,6 +122,7 @@ void verified(benchmark::State &state)
     LibraryStore store(library.clock(), library.folder());
     store.prepare(false).waitForFinished();
     timed(state, library, [&](const QString &target) { store.backUpDatabase(target).waitForFinished(); });
+    store.shutdown().waitForFinished();
 }
 
 void run(const QString &program, const QStringList &arguments)
@@ -176,6 +177,9 @@ void interface(benchmark::State &state)
         {library.clock(), network, desktop, ServiceEndpoints::standard()});
     const auto starting = model.start();
     longestGap([&] { return model.isReady() || model.notice(); });
+    if (!model.isReady()) {
+        throw std::runtime_error("the library did not open");
+    }
 
     std::chrono::duration<double, std::milli> longest{0};
     timed(state, library, [&](const QString &target) {
@@ -187,6 +191,7 @@ void interface(benchmark::State &state)
         }
     });
     state.counters["longest_gap_ms"] = longest.count();
+    QCoro::waitFor(model.shutdown());
 }
 
 void sizes(benchmark::internal::Benchmark *benchmark)
