@@ -3,7 +3,8 @@
 #include "reliability/BackupPaths.h"
 
 #include <string>
-#include <system_error>
+
+#include <unistd.h>
 
 namespace quire::UnfinishedBackup {
 
@@ -14,8 +15,7 @@ void discard(const std::filesystem::path &backup)
     for (const std::string &suffix :
         {std::string(), std::string("-journal"), std::string("-wal"), std::string("-shm"),
             BackupPaths::manifestSuffix.toString().toStdString(), BackupPaths::markerSuffix.toString().toStdString()}) {
-        std::error_code ignored;
-        std::filesystem::remove(backup.native() + suffix, ignored);
+        ::unlink((backup.native() + suffix).c_str());
     }
 }
 

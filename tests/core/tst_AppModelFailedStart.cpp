@@ -7,6 +7,7 @@
 #include "reliability/QuireCloudLineage.h"
 #include "reliability/QuireLibraryLease.h"
 #include "reliability/QuireReliabilityError.h"
+#include "testing/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,13 +36,6 @@ protected:
         library.close();
     }
 
-    void putSession(const QByteArray &bytes) const
-    {
-        QFile file(sessionFile());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-
     void recordSession(bool clean, const QString &openedAt = QStringLiteral("2026-11-20T08:00:00.000Z")) const
     {
         QuireSessionHealth(sessionFile()).write({QUuid::createUuid(), openedAt, std::nullopt, clean});
@@ -50,8 +44,6 @@ protected:
     std::optional<QuireSessionRecord> session() const { return QuireSessionHealth(sessionFile()).read(); }
 
     bool didRecover() const { return history().contains(QStringLiteral("maintenance succeeded 1")); }
-
-    bool isLeaseHeld() const { return QFile::exists(library.file(QStringLiteral(".Quire Locks/Quire Library.lock"))); }
 
     // What the library is said to have been when this machine saw it last.
     void remember(qint64 generation, const QString &token) const
@@ -103,7 +95,7 @@ TEST_F(AppModelFailedStart, ALibraryThatAnotherHasOpen)
     expectFailedStart("This Quire library is already in use. It is currently open on " + host
         + ". Close Quire on the other Mac, allow the cloud service to finish syncing, and then open Quire again.");
 
-    EXPECT_TRUE(isLeaseHeld()) << "the other's";
+    EXPECT_TRUE(library.isLeaseHeld()) << "the other's";
     rival.release();
     model.reset();
     startModel();
@@ -115,14 +107,14 @@ TEST_F(AppModelFailedStart, AConflictCopyBesideTheLibrary)
     QFile::copy(library.databasePath(), library.file(QStringLiteral("quire (conflicted copy).db")));
     expectFailedStart("The cloud service created a conflicting Quire database named “quire \\(conflicted copy\\).db”. "
                       "Quire will not write until the conflicting copies are reviewed.");
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
 }
 
 TEST_F(AppModelFailedStart, ALibraryThatWasRolledBack)
 {
     remember(1'000, QStringLiteral("later"));
     expectFailedStart("This cloud library is older than the copy previously opened on this Mac. .*");
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
 }
 
 TEST_F(AppModelFailedStart, AFileWithoutBytesWhereALibraryIsRemembered)
@@ -139,7 +131,7 @@ TEST_F(AppModelFailedStart, ALibraryThatDiverged)
 {
     remember(-1, QStringLiteral("another"));
     expectFailedStart("This cloud library has diverged from the copy previously opened on this Mac. .*");
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
 }
 
 TEST_F(AppModelFailedStart, ALibraryThatFailsItsCheckAfterACrash)
@@ -155,7 +147,7 @@ TEST_F(AppModelFailedStart, ALibraryThatFailsItsCheckAfterACrash)
     damaged.close();
     recordSession(false);
     expectFailedStart("Could not open the Quire database: The library failed its post-crash integrity check\\.");
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
 }
 
 TEST_F(AppModelFailedStart, AMigrationThatFails)
@@ -172,7 +164,7 @@ TEST_F(AppModelFailedStart, AMigrationThatFails)
     ASSERT_EQ(lines.size(), 2);
     EXPECT_TRUE(lines[0].startsWith(u"Schema migration 2 rolled back. Recovery copy: "));
     EXPECT_EQ(lines[1], QStringLiteral("Startup failed: ") + model->notice()->message);
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
 }
 
 TEST_F(AppModelFailedStart, ALibraryOfANewerVersion)
@@ -184,7 +176,25 @@ TEST_F(AppModelFailedStart, ALibraryOfANewerVersion)
     EXPECT_EQ(model->notice()->message,
         QStringLiteral("Could not open the Quire database: This library was created by a newer version of Quire "
                        "(schema 3)."));
-    EXPECT_FALSE(isLeaseHeld());
+    EXPECT_FALSE(library.isLeaseHeld());
+}
+
+TEST_F(AppModelFailedStart, ALibraryThatOpensButCannotBeRead)
+{
+    library.executeScript("ALTER TABLE goodreads_books RENAME TO elsewhere;"
+                          "CREATE VIEW goodreads_books AS SELECT goodreads_id FROM elsewhere");
+    makeModel(true);
+    await(model->start());
+    ASSERT_TRUE(model->notice());
+    EXPECT_EQ(model->notice()->title, QStringLiteral("Quire Could Not Open"));
+    EXPECT_THAT(model->notice()->message.toStdString(),
+        MatchesRegex("Could not prepare a database query: no such column: .*shelf"));
+    EXPECT_THAT(logLines(), ElementsAre(QStringLiteral("Startup failed: ") + model->notice()->message));
+    EXPECT_FALSE(model->isReady());
+    EXPECT_EQ(clock.sleepers(), 0U) << "a schedule was started";
+    await(model->shutdown());
+    EXPECT_FALSE(library.isLeaseHeld());
+    EXPECT_TRUE(session()->clean);
 }
 
 // The session record: whatever it is, the start is the rule's. ------------------
@@ -194,7 +204,7 @@ TEST_F(AppModelFailedStart, AHostileSessionRecordIsNoneAndIsReplaced)
     for (const QByteArray &bytes : {QByteArray("{\"clean\": false, \"openedAt\": \"2026"),
              QByteArray("{\"clean\": false, \"openedAt\": 5, \"sessionID\": \"67C8770B-44F1-410A-AB9A-F9B5446F13EE\"}"),
              QByteArray(100'000, '['), QByteArray(3 << 20, ' ') + "{}", QByteArray(4096, '\0')}) {
-        putSession(bytes);
+        testing::putFile(sessionFile(), bytes);
         makeModel(true);
         await(model->start());
         EXPECT_TRUE(model->isReady());

@@ -1,6 +1,7 @@
 #include "files/SmallFile.h"
 
 #include "files/Descriptor.h"
+#include "testing/TestFiles.h"
 #include "testing/UnprivilegedUser.h"
 
 #include <QDir>
@@ -20,12 +21,7 @@ namespace {
 class SmallFileTest : public ::testing::Test
 {
 protected:
-    void put(const QByteArray &bytes) const
-    {
-        QFile out(path);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-    }
+    void put(const QByteArray &bytes) const { putFile(path, bytes); }
 
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("record"));

@@ -6,6 +6,7 @@
 
 #include "reliability/QuireBackupManifest.h"
 #include "testing/Await.h"
+#include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
 
 #include <QDir>
@@ -37,26 +38,6 @@ protected:
 
     // Where backups go unless it is told otherwise.
     QString folder() const { return library.file(QStringLiteral("Database Backups")); }
-
-    // All that lies in a folder, hidden too, by name.
-    static QStringList names(const QString &folder)
-    {
-        return QDir(folder).entryList(
-            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    }
-
-    static void put(const QString &path, const QByteArray &bytes = "x")
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-        file.write(bytes);
-    }
-
-    static QByteArray content(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-    }
 
     void set(const QString &key, const QString &value)
     {

@@ -1,5 +1,5 @@
 // A library with a past, and the looks at it that the tests of its lineage
-// share: bytes of files, copies kept for recovery, whether the lease is held.
+// share: the memory of it, the copies kept for recovery, the refusal.
 //
 // Thread: the test's.
 
@@ -9,6 +9,7 @@
 #include "reliability/QuireCloudLineage.h"
 #include "reliability/QuireReliabilityError.h"
 #include "testing/Await.h"
+#include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
 
@@ -22,19 +23,6 @@ namespace quire::testing {
 class LineageTest : public ::testing::Test
 {
 protected:
-    static void put(const QString &path, const QByteArray &bytes)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-        file.write(bytes);
-    }
-
-    static QByteArray bytesOf(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-    }
-
     // A change that counts, by the store itself.
     static void addBook(LibraryStore &store, const QString &title)
     {
@@ -58,14 +46,12 @@ protected:
     }
     QString copy(const QString &name) const { return library.file(QStringLiteral("Recovery/") + name); }
 
-    bool isLeaseHeld() const { return QFile::exists(library.file(QStringLiteral(".Quire Locks/Quire Library.lock"))); }
-
     // The failure of an opening, which leaves neither lease nor memory changed.
     std::optional<QuireReliabilityError> refusal()
     {
         const QByteArray remembered = memoryBytes();
         const auto failure = thrownBy<QuireReliabilityError>([this] { library.open(); });
-        EXPECT_FALSE(isLeaseHeld());
+        EXPECT_FALSE(library.isLeaseHeld());
         EXPECT_EQ(memoryBytes(), remembered);
         EXPECT_THROW(await(library.store().books()), DatabaseError) << "it is open";
         return failure;

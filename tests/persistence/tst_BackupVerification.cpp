@@ -75,14 +75,14 @@ TEST_F(BackupVerificationTest, RefusesATitleTooManyOrTooFew)
 
 TEST_F(BackupVerificationTest, RefusesAFileThatIsNoDatabase)
 {
-    put(copy, QByteArray(8192, 'x'));
+    putFile(copy, QByteArray(8192, 'x'));
     const auto failure = thrownBy<DatabaseError>([&] { verify(); });
     EXPECT_EQ(failure, DatabaseError(DatabaseError::Kind::Backup, QStringLiteral("file is not a database")));
 }
 
 TEST_F(BackupVerificationTest, RefusesAFileOfNoBytesAndAMissingOne)
 {
-    put(copy, {});
+    putFile(copy, {});
     expectFailure(QStringLiteral("The backup is missing one or more required tables."));
     ASSERT_TRUE(QFile::remove(copy));
     expectFailure(QStringLiteral("The backup is missing one or more required tables."));
@@ -180,5 +180,5 @@ TEST_F(BackupVerificationTest, LeavesOneFileOfAWriteAheadCopy)
 
     EXPECT_FALSE(QFileInfo::exists(copy + QStringLiteral("-wal")));
     EXPECT_FALSE(QFileInfo::exists(copy + QStringLiteral("-shm")));
-    EXPECT_EQ(content(copy).mid(18, 2).toHex(), "0101");
+    EXPECT_EQ(bytesOf(copy).mid(18, 2).toHex(), "0101");
 }

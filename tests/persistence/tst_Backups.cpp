@@ -59,7 +59,7 @@ protected:
     // No trace of a failed one is left, and the one before is still trusted.
     void expectOnlyTheBackupBefore()
     {
-        EXPECT_THAT(names(folder()), ElementsAre(firstName, manifestOf(firstName)));
+        EXPECT_THAT(namesIn(folder()), ElementsAre(firstName, manifestOf(firstName)));
         EXPECT_EQ(FinishedBackup::condition(m_before), Condition::Good);
         EXPECT_EQ(setting(lastBackupAt), m_notedBefore);
         EXPECT_EQ(setting(lastKnownGoodBackup), m_before);
@@ -77,7 +77,7 @@ TEST_F(Backups, AreNamedForTheirMomentAndLeaveTheirManifestAlone)
     const QString backup = backUp();
 
     EXPECT_EQ(backup, folder() + u'/' + firstName);
-    EXPECT_THAT(names(folder()), ElementsAre(firstName, manifestOf(firstName)));
+    EXPECT_THAT(namesIn(folder()), ElementsAre(firstName, manifestOf(firstName)));
 
     library.clock().advance(123ms);
     EXPECT_EQ(QFileInfo(backUp()).fileName(), QStringLiteral("Quire Database 2026-11-21T12-00-00.123Z.db"));
@@ -95,7 +95,7 @@ TEST_F(Backups, HoldTheLibraryAndSaySo)
     EXPECT_EQ(manifest->formatVersion, 1);
     EXPECT_EQ(manifest->createdAt, QStringLiteral("2026-11-21T12:00:00.000Z"));
     EXPECT_EQ(manifest->databaseSHA256,
-        QString::fromLatin1(QCryptographicHash::hash(content(backup), QCryptographicHash::Sha256).toHex()));
+        QString::fromLatin1(QCryptographicHash::hash(bytesOf(backup), QCryptographicHash::Sha256).toHex()));
     EXPECT_EQ(manifest->schemaVersion, 2);
     EXPECT_EQ(manifest->libraryUUID, library.scalar("SELECT library_uuid FROM library_metadata").string({}));
     EXPECT_EQ(manifest->generation, library.scalar("SELECT generation FROM library_metadata").intValue());
@@ -129,7 +129,7 @@ TEST_F(Backups, OfAWriteAheadLibraryAreOneFileWithoutItsMark)
     library.executeScript("PRAGMA journal_mode = WAL");
     await(library.store().setSetting(QStringLiteral("a"), QStringLiteral("b")));
     ASSERT_TRUE(QFileInfo::exists(library.databasePath() + QStringLiteral("-wal")));
-    const auto versionsIn = [](const QString &file) { return content(file).mid(18, 2).toHex(); };
+    const auto versionsIn = [](const QString &file) { return bytesOf(file).mid(18, 2).toHex(); };
     const QString bare = library.file(QStringLiteral("bare"));
     SQLiteDatabase::backUp(library.databasePath(), bare);
     ASSERT_EQ(versionsIn(bare), "0202"); // what a copy alone would leave
@@ -137,7 +137,7 @@ TEST_F(Backups, OfAWriteAheadLibraryAreOneFileWithoutItsMark)
     const QString backup = backUp();
 
     EXPECT_EQ(versionsIn(backup), "0101");
-    EXPECT_THAT(names(folder()), ElementsAre(firstName, manifestOf(firstName)));
+    EXPECT_THAT(namesIn(folder()), ElementsAre(firstName, manifestOf(firstName)));
     EXPECT_EQ(FinishedBackup::condition(backup), Condition::Good);
     EXPECT_EQ(SQLiteDatabase(backup, true).scalar("SELECT value FROM settings WHERE key = 'a'")->string({}),
         QStringLiteral("b"));
@@ -158,13 +158,13 @@ TEST_F(Backups, HoldNothingThatWasAskedForAfterThem)
 TEST_F(Backups, OfOneMillisecondDoNotMeet)
 {
     const QString first = backUp();
-    const QByteArray before = content(first);
+    const QByteArray before = bytesOf(first);
     await(library.store().setSetting(QStringLiteral("a"), QStringLiteral("b")));
 
     const QString second = backUp();
 
     EXPECT_EQ(QFileInfo(second).fileName(), QStringLiteral("Quire Database 2026-11-21T12-00-00.001Z.db"));
-    EXPECT_EQ(content(first), before);
+    EXPECT_EQ(bytesOf(first), before);
     EXPECT_EQ(FinishedBackup::condition(first), Condition::Good);
     EXPECT_EQ(FinishedBackup::condition(second), Condition::Good);
 }
@@ -209,7 +209,7 @@ TEST_F(Backups, NeedAnAbsoluteFolderAndWriteNothingWithoutOne)
 {
     const DatabaseError expected(
         DatabaseError::Kind::Backup, QStringLiteral("The configured backup folder is not an absolute path."));
-    const QStringList before = names(library.folder());
+    const QStringList before = namesIn(library.folder());
 
     EXPECT_EQ(thrownBy<DatabaseError>([&] { backUp(QStringLiteral("backups")); }), expected);
     EXPECT_EQ(thrownBy<DatabaseError>([&] { backUp(QString()); }), expected);
@@ -217,20 +217,20 @@ TEST_F(Backups, NeedAnAbsoluteFolderAndWriteNothingWithoutOne)
     EXPECT_EQ(thrownBy<DatabaseError>([&] { backUp(); }), expected);
     EXPECT_EQ(thrownBy<DatabaseError>([&] { backUpIfDue(); }), expected);
 
-    EXPECT_EQ(names(library.folder()), before);
+    EXPECT_EQ(namesIn(library.folder()), before);
     EXPECT_FALSE(QFileInfo::exists(QStringLiteral("backups")));
     EXPECT_EQ(setting(lastBackupAt), std::nullopt);
 }
 
 TEST_F(Backups, FailWithTypeWhereAFileIsInTheWayOfTheFolder)
 {
-    put(library.file(QStringLiteral("a file")));
+    putFile(library.file(QStringLiteral("a file")), "x");
 
     const auto failure = thrownBy<FileError>([&] { backUp(library.file(QStringLiteral("a file"))); });
 
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->code(), ENOTDIR);
-    EXPECT_EQ(content(library.file(QStringLiteral("a file"))), "x");
+    EXPECT_EQ(bytesOf(library.file(QStringLiteral("a file"))), "x");
 }
 
 // Failures --------------------------------------------------------------------------
@@ -320,10 +320,10 @@ TEST_F(Backups, ThatDieAfterTheCopyLeaveTheMarkerThatTellsSo)
     ASSERT_TRUE(child.waitUntilEnded());
     EXPECT_EQ(child.exitStatus(), QuireFailureInjector::exitStatus);
 
-    const QStringList left = names(folder());
+    const QStringList left = namesIn(folder());
     ASSERT_EQ(left.size(), 2);
     EXPECT_EQ(left[1], left[0] + QStringLiteral(".incomplete"));
-    EXPECT_EQ(content(folder() + u'/' + left[1]), "");
+    EXPECT_EQ(bytesOf(folder() + u'/' + left[1]), "");
     EXPECT_EQ(FinishedBackup::condition(folder() + u'/' + left[0]), Condition::Unfinished);
     EXPECT_EQ(setting(lastBackupAt), std::nullopt);
     EXPECT_EQ(setting(lastKnownGoodBackup), std::nullopt);
@@ -338,7 +338,7 @@ TEST_F(Backups, PassAnotherFailurePoint)
     ASSERT_TRUE(child.waitUntilEnded());
 
     EXPECT_EQ(child.exitStatus(), 0);
-    EXPECT_EQ(names(folder()).size(), 2);
+    EXPECT_EQ(namesIn(folder()).size(), 2);
 }
 
 // The number of files ---------------------------------------------------------------
@@ -353,7 +353,7 @@ TEST_F(Backups, KeepTheConfiguredNumberOfFiles)
         const QString target = library.file(QStringLiteral("kept ") + stored);
         ASSERT_TRUE(QDir().mkpath(target));
         for (int i = 0; i < 205; ++i) {
-            put(target + QStringLiteral("/%1.db").arg(i));
+            putFile(target + QStringLiteral("/%1.db").arg(i), "x");
         }
         set(QStringLiteral("maximumBackupFiles"), stored);
 
@@ -374,7 +374,7 @@ TEST_F(Backups, KeepTwentyFilesUnlessToldOtherwise)
     EXPECT_EQ(left.size(), 20);
     EXPECT_FALSE(left.contains(firstName)); // the oldest went, with its manifest
     EXPECT_FALSE(QFileInfo::exists(manifestOf(folder() + u'/' + firstName)));
-    EXPECT_EQ(names(folder()).size(), 40);
+    EXPECT_EQ(namesIn(folder()).size(), 40);
 }
 
 TEST(BackupRotationFailure, LeavesTheNewBackupVerifiedAndTheTimeUnnoted)
@@ -505,7 +505,7 @@ protected:
     }
     ~ICloudBackups() override { qunsetenv("QUIRE_LOG_PATH"); }
 
-    QByteArray log() const { return content(library.file(QStringLiteral("test.log"))); }
+    QByteArray log() const { return bytesOf(library.file(QStringLiteral("test.log"))); }
 
     HomeFolder home{library.file(QStringLiteral("home"))};
     QString drive = library.file(QStringLiteral("home/Library/Mobile Documents/com~apple~CloudDocs/Apps"));
@@ -518,16 +518,16 @@ TEST_F(ICloudBackups, AreCopiedWithTheirManifest)
 {
     const QString backup = backUp();
 
-    EXPECT_THAT(names(copies), ElementsAre(firstName, manifestOf(firstName)));
-    EXPECT_EQ(content(copies + u'/' + firstName), content(backup));
+    EXPECT_THAT(namesIn(copies), ElementsAre(firstName, manifestOf(firstName)));
+    EXPECT_EQ(bytesOf(copies + u'/' + firstName), bytesOf(backup));
     EXPECT_EQ(FinishedBackup::condition(copies + u'/' + firstName), Condition::Good);
 }
 
 TEST_F(ICloudBackups, ReplaceWhatHasTheirName)
 {
     ASSERT_TRUE(QDir().mkpath(copies));
-    put(copies + u'/' + firstName, "old");
-    put(copies + u'/' + manifestOf(firstName), "old");
+    putFile(copies + u'/' + firstName, "old");
+    putFile(copies + u'/' + manifestOf(firstName), "old");
 
     backUp();
 
@@ -540,7 +540,7 @@ TEST_F(ICloudBackups, ThatCannotBeCopiedInWholeLeaveNoPart)
 
     backUp();
 
-    EXPECT_THAT(names(copies), ElementsAre(firstName));
+    EXPECT_THAT(namesIn(copies), ElementsAre(firstName));
     EXPECT_TRUE(eventually([&] { return log().contains("Could not copy a database backup to iCloud: "); }));
 }
 
@@ -552,7 +552,7 @@ TEST_F(ICloudBackups, AreRotatedAsWell)
     }
 
     EXPECT_EQ(QDir(copies).entryList({QStringLiteral("*.db")}).size(), 2);
-    EXPECT_EQ(names(copies).size(), 4);
+    EXPECT_EQ(namesIn(copies).size(), 4);
 }
 
 TEST_F(ICloudBackups, AreNotMadeWithoutTheDrive)
@@ -561,12 +561,12 @@ TEST_F(ICloudBackups, AreNotMadeWithoutTheDrive)
 
     backUp();
 
-    EXPECT_THAT(names(library.file(QStringLiteral("home"))), IsEmpty());
+    EXPECT_THAT(namesIn(library.file(QStringLiteral("home"))), IsEmpty());
 }
 
 TEST_F(ICloudBackups, ThatFailAreToldToTheLogAlone)
 {
-    put(drive + QStringLiteral("/Quire"));
+    putFile(drive + QStringLiteral("/Quire"), "x");
 
     const QString backup = backUp();
 

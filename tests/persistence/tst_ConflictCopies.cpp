@@ -30,7 +30,7 @@ TEST_F(ConflictCopiesTest, ACopyBesideTheLibraryStopsTheOpeningAndIsNamed)
 {
     makeLibrary();
     const QString name = QStringLiteral("quire (Anna's conflicted copy 2026-11-20).db");
-    put(library.file(name), bytes);
+    putFile(library.file(name), bytes);
     const QStringList before = QDir(library.folder()).entryList(QDir::AllEntries | QDir::Hidden);
 
     const auto failure = refusal();
@@ -56,7 +56,7 @@ TEST_F(ConflictCopiesTest, ItStopsTheOpeningUntilItHasGone)
 {
     makeLibrary();
     const QString conflict = library.file(QStringLiteral("conflict.db"));
-    put(conflict, bytes);
+    putFile(conflict, bytes);
     refusal();
     refusal();
     QFile::remove(conflict);
@@ -71,7 +71,7 @@ TEST_F(ConflictCopiesTest, OnlyTheTextOfTheNameCounts)
              "quire (conflicted copy 2026-11-20 101500).db", "quire (Case Conflict).DB", "My CONFLICT notes.Db",
              ".conflict.db", "Konflikt conflicts.db"}) {
         const QString path = library.file(QString::fromUtf8(name));
-        put(path, "any bytes");
+        putFile(path, "any bytes");
         EXPECT_EQ(refusal(), QuireReliabilityError::cloudConflictCopy(QString::fromUtf8(name)));
         QFile::remove(path);
     }
@@ -84,7 +84,7 @@ TEST_F(ConflictCopiesTest, OtherNamesAndOtherExtensionsAreNone)
     makeLibrary();
     for (const char *name : {"quire (conflicted copy).db.bak", "conflicted copy.db-wal", "conflict.txt", "conflict db",
              "conflict", "quire 2.db", "quire (1).db", "notes.db"}) {
-        put(library.file(QString::fromUtf8(name)), bytes);
+        putFile(library.file(QString::fromUtf8(name)), bytes);
     }
     library.open();
     EXPECT_EQ(await(library.store().books()).size(), 1);
@@ -94,7 +94,7 @@ TEST_F(ConflictCopiesTest, OtherNamesAndOtherExtensionsAreNone)
 TEST_F(ConflictCopiesTest, NothingIsWrittenToTheFolderBeforeTheLease)
 {
     const QTemporaryDir shared;
-    put(shared.filePath(QStringLiteral("conflict.db")), "theirs");
+    putFile(shared.filePath(QStringLiteral("conflict.db")), "theirs");
     EXPECT_EQ(thrownBy<QuireReliabilityError>([&] {
         ConflictCopies::rejectCloudConflictCopies(
             shared.filePath(QStringLiteral("quire.db")), library.folder(), library.clock().now());
@@ -130,7 +130,7 @@ TEST_F(ConflictCopiesTest, NorIsAnythingWrittenBesideFilesThatWroteAhead)
 
 TEST_F(ConflictCopiesTest, AnOpeningThatStopsAtACopyTakesNoLease)
 {
-    put(library.file(QStringLiteral("conflict.db")), "theirs");
+    putFile(library.file(QStringLiteral("conflict.db")), "theirs");
     refusal();
     EXPECT_FALSE(QFile::exists(library.file(QStringLiteral(".Quire Locks"))));
     EXPECT_FALSE(QFile::exists(library.databasePath()));
@@ -140,8 +140,8 @@ TEST_F(ConflictCopiesTest, ACopyThatCannotBeKeptStopsTheOpeningAllTheSame)
 {
     makeLibrary();
     QDir(library.file(QStringLiteral("Recovery"))).removeRecursively();
-    put(library.file(QStringLiteral("Recovery")), "in the way");
-    put(library.file(QStringLiteral("conflict.db")), bytes);
+    putFile(library.file(QStringLiteral("Recovery")), "in the way");
+    putFile(library.file(QStringLiteral("conflict.db")), bytes);
     EXPECT_EQ(refusal(), QuireReliabilityError::cloudConflictCopy(QStringLiteral("conflict.db")));
 }
 

@@ -32,12 +32,12 @@ protected:
 
 TEST_F(FinishedBackupTest, IsGoodAndStaysAsItIs)
 {
-    const QByteArray before = content(backup);
+    const QByteArray before = bytesOf(backup);
 
     EXPECT_EQ(condition(), Condition::Good);
 
-    EXPECT_EQ(content(backup), before);
-    EXPECT_EQ(names(folder()).size(), 2);
+    EXPECT_EQ(bytesOf(backup), before);
+    EXPECT_EQ(namesIn(folder()).size(), 2);
 }
 
 TEST_F(FinishedBackupTest, IsGoodWhereverItIsCopied)
@@ -51,13 +51,13 @@ TEST_F(FinishedBackupTest, IsGoodWhereverItIsCopied)
 
 TEST_F(FinishedBackupTest, IsUnfinishedWithAMarker)
 {
-    put(backup + QStringLiteral(".incomplete"), {});
+    putFile(backup + QStringLiteral(".incomplete"), {});
     EXPECT_EQ(condition(), Condition::Unfinished);
 }
 
 TEST_F(FinishedBackupTest, NeedsAManifestThatCanBeRead)
 {
-    put(manifestPath, "{}");
+    putFile(manifestPath, "{}");
     EXPECT_EQ(condition(), Condition::WithoutManifest);
     ASSERT_TRUE(QFile::remove(manifestPath));
     EXPECT_EQ(condition(), Condition::WithoutManifest);
@@ -73,9 +73,9 @@ TEST_F(FinishedBackupTest, IsDamagedWhenItIsGoneOrNoFile)
 
 TEST_F(FinishedBackupTest, IsDamagedWhenABitIsOther)
 {
-    QByteArray bytes = content(backup);
+    QByteArray bytes = bytesOf(backup);
     bytes[bytes.size() - 1] = char(bytes.back() ^ 1);
-    put(backup, bytes);
+    putFile(backup, bytes);
     EXPECT_EQ(condition(), Condition::Damaged);
 }
 
@@ -99,7 +99,7 @@ TEST_F(FinishedBackupTest, IsDamagedWhenTheManifestSaysAnythingElse)
 TEST_F(FinishedBackupTest, IsDamagedWhenSQLiteWouldTakeAFileBesideItForAPartOfIt)
 {
     for (const char *suffix : {"-wal", "-journal"}) {
-        put(backup + QLatin1String(suffix));
+        putFile(backup + QLatin1String(suffix), "x");
         EXPECT_EQ(condition(), Condition::Damaged) << suffix;
         ASSERT_TRUE(QFile::remove(backup + QLatin1String(suffix)));
     }

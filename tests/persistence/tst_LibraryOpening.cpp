@@ -2,10 +2,9 @@
 #include "persistence/AppDirectories.h"
 #include "persistence/database/DatabaseError.h"
 #include "persistence/LibraryOpening.h"
-#include "reliability/QuireLibraryLease.h"
-#include "reliability/QuireReliabilityError.h"
 #include "testing/Await.h"
 #include "testing/OwnDataDirectory.h"
+#include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
 #include "testing/UnprivilegedUser.h"
@@ -14,8 +13,6 @@
 #include <QFile>
 
 #include <gmock/gmock.h>
-
-#include <functional>
 
 #include <sys/stat.h>
 
@@ -26,30 +23,6 @@ using Kind = DatabaseError::Kind;
 namespace {
 
 const DatabaseError missing(Kind::MissingDatabase);
-
-void fill(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool isHeldOpen(const QString &path)
-{
-    const QDir descriptors(QStringLiteral("/proc/self/fd"));
-    for (const QString &name : descriptors.entryList(QDir::Files | QDir::System)) {
-        if (QFile::symLinkTarget(descriptors.filePath(name)).startsWith(path)) {
-            return true;
-        }
-    }
-    return false;
-}
 
 QList<QString> history(const TestLibrary &library)
 {
@@ -78,10 +51,10 @@ TEST(LibraryOpening, AStoreIsClosedUntilItIsPreparedAndAfterItsShutdown)
     expectClosed();
     library.open();
     EXPECT_TRUE(await(library.store().books()).isEmpty());
-    EXPECT_TRUE(isHeldOpen(library.databasePath()));
+    EXPECT_TRUE(library.isHeldOpen());
     library.close();
     expectClosed();
-    EXPECT_FALSE(isHeldOpen(library.databasePath()));
+    EXPECT_FALSE(library.isHeldOpen());
     library.open();
     EXPECT_TRUE(await(library.store().books()).isEmpty());
 }
@@ -105,7 +78,7 @@ TEST(LibraryOpening, TheFolderIsCreatedWithItsParents)
 TEST(LibraryOpening, AFileInThePlaceOfTheFolderIsAFileFailure)
 {
     const QTemporaryDir parent;
-    fill(parent.filePath(QStringLiteral("a")), "x");
+    putFile(parent.filePath(QStringLiteral("a")), "x");
     const ManualClock clock;
     LibraryStore store(clock, parent.filePath(QStringLiteral("a/b")));
     EXPECT_EQ(
@@ -179,7 +152,7 @@ TEST(LibraryOpening, TheConnectionKeepsTheRulesOfItsPlace)
 TEST(LibraryOpening, AFileOfNoBytesIsAFreshLibrary)
 {
     TestLibrary library(TestLibrary::Start::Closed);
-    fill(library.databasePath(), {});
+    putFile(library.databasePath(), {});
     library.open();
     EXPECT_EQ(library.scalar("PRAGMA user_version"), SQLiteValue(2));
 }
@@ -198,10 +171,10 @@ TEST(LibraryOpening, AFileOfAnotherKindIsRefusedUnchangedAndLetGo)
 {
     TestLibrary library(TestLibrary::Start::Closed);
     const QByteArray garbage = QByteArray("Not a library at all. ").repeated(1'000);
-    fill(library.databasePath(), garbage);
+    putFile(library.databasePath(), garbage);
     EXPECT_EQ(thrownBy<DatabaseError>([&] { library.open(); }),
         DatabaseError(Kind::Execute, QStringLiteral("file is not a database")));
-    EXPECT_FALSE(isHeldOpen(library.databasePath()));
+    EXPECT_FALSE(library.isHeldOpen());
     EXPECT_EQ(bytesOf(library.databasePath()), garbage);
     EXPECT_EQ(thrownBy<DatabaseError>([&] { await(library.store().books()); }), missing);
 }
@@ -266,7 +239,7 @@ TEST(LibraryOpening, ASecretThatCannotBeSavedKeepsItsRowAndTheLibraryShut)
     library.execute("INSERT INTO settings VALUES ('netlifyToken', 'token')");
     QDir().mkpath(library.file(QStringLiteral("Credentials.plist")));
     EXPECT_EQ(thrownBy<FileError>([&] { library.open(); })->path(), library.file(QStringLiteral("Credentials.plist")));
-    EXPECT_FALSE(isHeldOpen(library.databasePath()));
+    EXPECT_FALSE(library.isHeldOpen());
     EXPECT_EQ(library.scalar("SELECT value FROM settings"), SQLiteValue(QStringLiteral("token")));
 }
 
@@ -326,177 +299,6 @@ TEST(LibraryOpening, ADamagedLibraryIsNotOpenedAfterACrash)
     damaged.close();
     EXPECT_EQ(thrownBy<DatabaseError>([&] { library.open(true); }),
         DatabaseError(Kind::Open, QStringLiteral("The library failed its post-crash integrity check.")));
-    EXPECT_FALSE(isHeldOpen(library.databasePath()));
+    EXPECT_FALSE(library.isHeldOpen());
     library.open(false); // checked only after a crash
-}
-
-// Order and failures of the opening. ------------------------------------------
-
-namespace {
-
-bool isLeaseHeld(const TestLibrary &library)
-{
-    return QFile::exists(library.file(QStringLiteral(".Quire Locks/Quire Library.lock")));
-}
-
-// Each step of the opening with a way to make it fail, the first step first.
-struct Step
-{
-    const char *what;
-    std::function<void(TestLibrary &)> spoil;
-    std::function<bool(const std::exception &)> isItsFailure;
-};
-
-template<typename Expected>
-std::function<bool(const std::exception &)> is(std::function<bool(const Expected &)> test)
-{
-    return [test](const std::exception &failure) {
-        const auto *expected = dynamic_cast<const Expected *>(&failure);
-        return expected && test(*expected);
-    };
-}
-
-std::function<bool(const std::exception &)> isAbout(const char *file)
-{
-    return is<FileError>([file](const FileError &failure) { return failure.path().endsWith(QString::fromUtf8(file)); });
-}
-
-QList<Step> steps(QuireLibraryLease &rival)
-{
-    const auto inTheWay = [](const char *name) {
-        return [name](TestLibrary &library) {
-            QDir(library.file(QString::fromUtf8(name))).removeRecursively();
-            fill(library.file(QString::fromUtf8(name)), "in the way");
-        };
-    };
-    return {
-        {"conflict copies", [](TestLibrary &library) { fill(library.file(QStringLiteral("conflict.db")), "x"); },
-            is<QuireReliabilityError>([](const QuireReliabilityError &failure) {
-                return failure.kind() == QuireReliabilityError::Kind::CloudConflictCopy;
-            })},
-        {"lease", [&rival](TestLibrary &) { rival.acquire(); },
-            is<DatabaseError>([](const DatabaseError &failure) { return failure.kind() == Kind::LibraryBusy; })},
-        {"opening", [](TestLibrary &library) { library.executeScript("PRAGMA user_version = 3"); },
-            is<DatabaseError>([](const DatabaseError &failure) { return failure.text().contains(u"newer version"); })},
-        {"lineage",
-            [](TestLibrary &library) { library.execute("UPDATE library_metadata SET library_uuid = 'another'"); },
-            is<QuireReliabilityError>([](const QuireReliabilityError &failure) {
-                return failure.kind() == QuireReliabilityError::Kind::CloudLibraryDiverged;
-            })},
-        {"credentials",
-            [](TestLibrary &library) {
-                library.execute("INSERT INTO settings VALUES ('netlifyToken', 'token')");
-                QDir().mkpath(library.file(QStringLiteral("Credentials.plist")));
-            },
-            isAbout("Credentials.plist")},
-        {"checks after a crash",
-            [](TestLibrary &library) {
-                library.executeScript("DROP TABLE background_job_history; CREATE VIEW background_job_history AS "
-                                      "SELECT 1 AS id, 'goodreadsSync' AS job_kind, 'running' AS state, 1 AS attempt");
-            },
-            is<DatabaseError>([](const DatabaseError &failure) { return failure.kind() == Kind::Prepare; })},
-        {"memory of the lineage", inTheWay("Cloud Library State"), isAbout("Cloud Library State")},
-    };
-}
-
-} // namespace
-
-TEST(LibraryOpening, StopsAtTheFirstFailureInItsOrderAndLetsGoOfEverything)
-{
-    for (qsizetype first = 0;; ++first) {
-        TestLibrary library;
-        library.close();
-        QuireLibraryLease rival(library.folder(), library.clock());
-        const QList<Step> all = steps(rival);
-        if (first == all.size()) {
-            break;
-        }
-        // All steps from this one on would fail: its own failure is the one told.
-        for (qsizetype step = all.size() - 1; step >= first; --step) {
-            const bool takesTheMemory = step == all.size() - 1;
-            if (!takesTheMemory || first > 3) { // or there would be no lineage to compare with
-                all[step].spoil(library);
-            }
-        }
-        try {
-            library.open(true);
-            ADD_FAILURE() << all[first].what << ": opened";
-        } catch (const std::exception &failure) {
-            EXPECT_TRUE(all[first].isItsFailure(failure)) << all[first].what << ": " << failure.what();
-        }
-        rival.release();
-        EXPECT_FALSE(isLeaseHeld(library)) << all[first].what;
-        EXPECT_FALSE(isHeldOpen(library.databasePath())) << all[first].what;
-        EXPECT_EQ(thrownBy<DatabaseError>([&] { await(library.store().books()); }), missing) << all[first].what;
-    }
-}
-
-TEST(LibraryOpening, AFolderOfStaleFilesThatCannotBeListedEndsTheOpening)
-{
-    TestLibrary library;
-    library.close();
-    const QString folder = library.file(QStringLiteral("Database Backups"));
-    QDir().mkpath(folder);
-    QFile::setPermissions(folder, {});
-    for (const char *name : {"Cloud Library State", ".Quire Locks", "quire.db"}) {
-        ASSERT_EQ(::chmod(QFile::encodeName(library.file(QString::fromUtf8(name))).constData(), 0777), 0);
-    }
-    const UnprivilegedUser user(library.folder());
-    EXPECT_EQ(thrownBy<FileError>([&] { library.open(); })->path(), folder);
-    EXPECT_FALSE(isLeaseHeld(library));
-    EXPECT_FALSE(isHeldOpen(library.databasePath()));
-}
-
-TEST(LibraryOpening, TheLeaseIsHeldWhileTheLibraryIsOpen)
-{
-    TestLibrary library;
-    EXPECT_TRUE(isLeaseHeld(library));
-    const QByteArray owner = bytesOf(library.file(QStringLiteral(".Quire Locks/Quire Library.lock/Owner.json")));
-    library.open(); // a second time: the lease is not taken again
-    EXPECT_EQ(bytesOf(library.file(QStringLiteral(".Quire Locks/Quire Library.lock/Owner.json"))), owner);
-    library.close();
-    EXPECT_FALSE(isLeaseHeld(library));
-}
-
-TEST(LibraryOpening, ALibraryThatAnotherHasOpenIsRefusedUntilItIsClosed)
-{
-    TestLibrary library;
-    LibraryStore second(library.clock(), library.folder());
-    EXPECT_EQ(thrownBy<DatabaseError>([&] { await(second.prepare(false)); })->kind(), Kind::LibraryBusy);
-    EXPECT_TRUE(await(library.store().books()).isEmpty()) << "the first is none the worse";
-    EXPECT_TRUE(isLeaseHeld(library));
-    library.close();
-    await(second.prepare(false));
-    EXPECT_TRUE(await(second.books()).isEmpty());
-    await(second.shutdown());
-}
-
-TEST(LibraryOpening, AStoreThatDiesOpenGivesUpItsLease)
-{
-    const QTemporaryDir folder;
-    const ManualClock clock;
-    for (int count = 0; count < 2; ++count) {
-        LibraryStore store(clock, folder.path());
-        await(store.prepare(false));
-    }
-}
-
-TEST(LibraryOpening, ANewerLibraryKeepsItsLogBesideItByteForByte)
-{
-    TestLibrary library;
-    library.close();
-    {
-        SQLiteDatabase database(library.databasePath());
-        database.executeScript("PRAGMA journal_mode = WAL; PRAGMA user_version = 3; CREATE TABLE works (id);");
-        database.setFoldsLogOnClose(false);
-    }
-    const QString log = library.databasePath() + QStringLiteral("-wal");
-    const QByteArray file = bytesOf(library.databasePath());
-    const QByteArray logged = bytesOf(log);
-    ASSERT_GT(logged.size(), 0);
-    EXPECT_EQ(thrownBy<DatabaseError>([&] { library.open(); })->text(),
-        QStringLiteral("This library was created by a newer version of Quire (schema 3)."));
-    EXPECT_EQ(bytesOf(library.databasePath()), file);
-    EXPECT_EQ(bytesOf(log), logged);
-    EXPECT_FALSE(isLeaseHeld(library));
 }

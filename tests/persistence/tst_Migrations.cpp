@@ -5,6 +5,7 @@
 #include "reliability/QuireFailureInjector.h"
 #include "testing/Await.h"
 #include "testing/ChildProcess.h"
+#include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
 #include "testing/ThrownFailure.h"
 
@@ -28,12 +29,6 @@ namespace {
 QStringList recoveryCopies(const TestLibrary &library)
 {
     return QDir(library.file(QStringLiteral("Recovery/Schema Migrations"))).entryList(QDir::Files, QDir::Name);
-}
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // What must be the same in every library that came from the oldest fixture.

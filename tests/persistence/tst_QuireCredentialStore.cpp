@@ -1,6 +1,7 @@
 #include "persistence/QuireCredentialStore.h"
 
 #include "files/FileError.h"
+#include "testing/TestFiles.h"
 #include "testing/ThrownFailure.h"
 
 #include <QCborArray>
@@ -26,12 +27,7 @@ const QString token = QStringLiteral("netlifyToken");
 class QuireCredentialStoreTest : public ::testing::Test
 {
 protected:
-    void fill(const QByteArray &bytes) const
-    {
-        QFile file(m_store.url());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    void fill(const QByteArray &bytes) const { putFile(m_store.url(), bytes); }
 
     mode_t mode() const
     {

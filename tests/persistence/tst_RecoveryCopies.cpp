@@ -27,7 +27,7 @@ protected:
 
 TEST_F(RecoveryCopiesTest, TheCopyIsNamedByReasonAndMomentAndNeverTwiceTheSame)
 {
-    put(library.databasePath(), "any");
+    putFile(library.databasePath(), "any");
     const QString one = preserve(QStringLiteral("Cloud/Conflict/"));
     EXPECT_THAT(one.toStdString(),
         ::testing::StartsWith(
@@ -71,8 +71,8 @@ TEST_F(RecoveryCopiesTest, WhatSQLiteCannotReadIsCopiedByteForByte)
     library.close();
     QByteArray torn = bytesOf(library.databasePath());
     torn.replace(16, 40, QByteArray(40, '\x7f')); // a page size that no library has
-    put(library.databasePath(), torn);
-    put(library.databasePath() + QStringLiteral("-journal"), "half a journal");
+    putFile(library.databasePath(), torn);
+    putFile(library.databasePath() + QStringLiteral("-journal"), "half a journal");
     const QString copy = preserve();
     EXPECT_EQ(bytesOf(copy), torn);
     EXPECT_EQ(bytesOf(copy + QStringLiteral("-journal")), "half a journal");
@@ -95,10 +95,10 @@ TEST_F(RecoveryCopiesTest, AFilesFirstBytesTellWhatItHolds)
     library.close();
     EXPECT_EQ(contentOf(path), Content::Database);
     const QByteArray whole = bytesOf(path);
-    put(path, whole.left(512));
+    putFile(path, whole.left(512));
     EXPECT_EQ(contentOf(path), Content::Database); // torn, but SQLite's to tell
     for (const QByteArray &bytes : {QByteArray(), whole.left(16), whole.left(511), QByteArray(4096, '\0')}) {
-        put(path, bytes);
+        putFile(path, bytes);
         EXPECT_EQ(contentOf(path), Content::NoDatabase);
     }
     QFile::remove(path);

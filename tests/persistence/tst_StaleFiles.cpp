@@ -28,13 +28,8 @@ protected:
     {
         QDir().mkpath(folder);
         for (const QString &name : names) {
-            put(folder + u'/' + name, "x");
+            putFile(folder + u'/' + name, "x");
         }
-    }
-
-    static QStringList names(const QString &folder)
-    {
-        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     void clean() const
@@ -60,8 +55,8 @@ TEST_F(StaleFilesTest, HalfWrittenReadingListsGoFromBothPublishingFolders)
     fill(own, published);
     set("localPublishPath", own);
     clean();
-    EXPECT_EQ(names(deploy), publishedKept);
-    EXPECT_EQ(names(own), publishedKept);
+    EXPECT_EQ(namesIn(deploy), publishedKept);
+    EXPECT_EQ(namesIn(own), publishedKept);
 }
 
 TEST_F(StaleFilesTest, ATildeIsNotExpanded)
@@ -72,7 +67,7 @@ TEST_F(StaleFilesTest, ATildeIsNotExpanded)
     set("localPublishPath", QStringLiteral("~/lists"));
     clean();
     qputenv("HOME", former);
-    EXPECT_EQ(names(library.file(QStringLiteral("lists"))).size(), published.size());
+    EXPECT_EQ(namesIn(library.file(QStringLiteral("lists"))).size(), published.size());
 }
 
 TEST_F(StaleFilesTest, BackupsWithoutAnEndGoWithManifestAndMarker)
@@ -87,7 +82,7 @@ TEST_F(StaleFilesTest, BackupsWithoutAnEndGoWithManifestAndMarker)
             QStringLiteral(".hidden.db.incomplete")});
     set("backupPath", QStringLiteral("  "));
     clean();
-    EXPECT_THAT(names(backups),
+    EXPECT_THAT(namesIn(backups),
         ::testing::UnorderedElementsAre(QStringLiteral(".hidden.db"), QStringLiteral(".hidden.db.incomplete"), good,
             good + QStringLiteral(".manifest.json"), QStringLiteral("notes.INCOMPLETE")));
 }
@@ -100,8 +95,8 @@ TEST_F(StaleFilesTest, TheReadersOwnBackupFolderTakesThePlaceOfTheOther)
     fill(usual, {QStringLiteral("a.db"), QStringLiteral("a.db.incomplete")});
     set("backupPath", own);
     clean();
-    EXPECT_TRUE(names(own).isEmpty());
-    EXPECT_EQ(names(usual).size(), 2);
+    EXPECT_TRUE(namesIn(own).isEmpty());
+    EXPECT_EQ(namesIn(usual).size(), 2);
 }
 
 TEST_F(StaleFilesTest, FoldersThatAreNotThereAreFine)
@@ -109,7 +104,7 @@ TEST_F(StaleFilesTest, FoldersThatAreNotThereAreFine)
     set("localPublishPath", library.file(QStringLiteral("missing")));
     set("backupPath", library.file(QStringLiteral("missing too")));
     clean();
-    put(library.file(QStringLiteral("missing")), "a file in a folder's place");
+    putFile(library.file(QStringLiteral("missing")), "a file in a folder's place");
     clean();
 }
 
@@ -119,7 +114,7 @@ TEST_F(StaleFilesTest, WhatCannotBeRemovedStaysAndIsNoFailure)
     QDir().mkpath(deploy + QStringLiteral("/a.quire.md.1.tmp/full"));
     fill(deploy, {QStringLiteral("b.quire.md.2.tmp")});
     clean();
-    EXPECT_EQ(names(deploy), QStringList{QStringLiteral("a.quire.md.1.tmp")});
+    EXPECT_EQ(namesIn(deploy), QStringList{QStringLiteral("a.quire.md.1.tmp")});
 }
 
 TEST_F(StaleFilesTest, AFolderThatCannotBeListedEndsTheCleaning)
@@ -134,7 +129,7 @@ TEST_F(StaleFilesTest, AFolderThatCannotBeListedEndsTheCleaning)
         const UnprivilegedUser user(library.folder());
         EXPECT_EQ(thrownBy<FileError>([this] { clean(); })->path(), own);
     }
-    EXPECT_EQ(names(backups).size(), 1);
+    EXPECT_EQ(namesIn(backups).size(), 1);
     QFile::setPermissions(own, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -144,7 +139,7 @@ TEST_F(StaleFilesTest, EveryOpeningCleansWhetherAfterACrashOrNot)
     for (const bool recovering : {false, true}) {
         fill(backups, {QStringLiteral("a.db"), QStringLiteral("a.db.incomplete")});
         library.open(recovering);
-        EXPECT_TRUE(names(backups).isEmpty());
+        EXPECT_TRUE(namesIn(backups).isEmpty());
         library.close();
     }
 }

@@ -61,14 +61,7 @@ void LeaseTest::expectBusy(QuireLibraryLease lease) const
 
 QStringList LeaseTest::activity() const
 {
-    return QDir(locks).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
-
-void putFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(content), content.size());
+    return namesIn(locks);
 }
 
 void setMode(const QString &path, mode_t mode)

@@ -5,6 +5,7 @@
 
 #include "reliability/QuireLibraryLease.h"
 #include "testing/ManualClock.h"
+#include "testing/TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -57,9 +58,6 @@ protected:
     QString ownerPath = lock + QStringLiteral("/Owner.json");
     QuireHostIdentity host = QuireHostIdentity::make("this machine", QStringLiteral("Shelf.local"), std::nullopt);
 };
-
-// Replaces what is in the file.
-void putFile(const QString &path, const QByteArray &content);
 
 void setMode(const QString &path, mode_t mode);
 

@@ -4,6 +4,7 @@
 
 #include "testing/Await.h"
 #include "testing/ManualClock.h"
+#include "testing/TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -26,12 +27,7 @@ constexpr Instant noon = std::chrono::sys_days(std::chrono::year(2026) / 11 / 21
 class LeaseHeartbeatTest : public ::testing::Test
 {
 protected:
-    void put(const QByteArray &content)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
-    }
+    void put(const QByteArray &content) const { testing::putFile(path, content); }
 
     struct stat status() const
     {

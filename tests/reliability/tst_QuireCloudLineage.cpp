@@ -1,6 +1,7 @@
 #include "reliability/QuireCloudLineage.h"
 
 #include "files/FileError.h"
+#include "testing/TestFiles.h"
 #include "testing/ThrownFailure.h"
 
 #include <QDir>
@@ -23,15 +24,7 @@ protected:
     void put(const QByteArray &content) const
     {
         QDir().mkpath(directory);
-        QFile file(store.recordURL(library));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-
-    QByteArray content() const
-    {
-        QFile file(store.recordURL(library));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        putFile(store.recordURL(library), content);
     }
 
     QTemporaryDir folder;
@@ -57,7 +50,7 @@ TEST_F(QuireCloudLineageTest, ARecordComesBackAsItWasWritten)
 TEST_F(QuireCloudLineageTest, ItIsPrettyPrintedWithSortedKeys)
 {
     store.save(seen, library);
-    EXPECT_EQ(content(),
+    EXPECT_EQ(bytesOf(store.recordURL(library)),
         "{\n    \"generation\": 41,\n    \"libraryUUID\": \"00112233445566778899aabbccddeeff\",\n"
         "    \"lineageToken\": \"ffeeddccbbaa99887766554433221100\",\n"
         "    \"recordedAt\": \"2026-11-21T12:00:00.000Z\"\n}\n");

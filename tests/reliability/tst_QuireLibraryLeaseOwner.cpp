@@ -1,6 +1,7 @@
 #include "reliability/QuireLibraryLeaseOwner.h"
 
 #include "files/Descriptor.h"
+#include "testing/TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -37,12 +38,7 @@ QByteArray with(const QByteArray &piece, const QByteArray &replacement)
 class QuireLibraryLeaseOwnerFile : public ::testing::Test
 {
 protected:
-    void put(const QByteArray &content)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
-    }
+    void put(const QByteArray &content) const { testing::putFile(path, content); }
 
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("Owner.json"));

@@ -2,6 +2,7 @@
 
 #include "files/FileError.h"
 #include "records/DateParser.h"
+#include "testing/TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -24,15 +25,7 @@ protected:
     void put(const QByteArray &content)
     {
         QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-
-    QByteArray content() const
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        testing::putFile(path, content);
     }
 
     QTemporaryDir folder;
@@ -51,7 +44,7 @@ TEST_F(QuireSessionHealthTest, ItIsPrettyPrintedWithSortedKeysAndWithoutAbsentFi
 {
     open.sessionID = QUuid::fromString(QStringLiteral("{67c8770b-44f1-410a-ab9a-f9b5446f13ee}"));
     health.write(open);
-    EXPECT_EQ(content(),
+    EXPECT_EQ(testing::bytesOf(path),
         "{\n    \"clean\": false,\n    \"openedAt\": \"2026-11-21T10:00:00.000Z\",\n"
         "    \"sessionID\": \"67C8770B-44F1-410A-AB9A-F9B5446F13EE\"\n}\n");
 }

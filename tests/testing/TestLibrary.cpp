@@ -2,6 +2,12 @@
 
 #include "testing/Await.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
 namespace quire::testing {
 
 TestLibrary::TestLibrary(Start start)
@@ -20,6 +26,20 @@ void TestLibrary::open(bool recoveringFromCrash)
 void TestLibrary::close()
 {
     await(m_store->shutdown());
+}
+
+bool TestLibrary::isLeaseHeld() const
+{
+    return QFileInfo::exists(file(QStringLiteral(".Quire Locks/Quire Library.lock")));
+}
+
+bool TestLibrary::isHeldOpen() const
+{
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const QStringList names = descriptors.entryList(QDir::Files | QDir::System);
+    return std::any_of(names.begin(), names.end(), [&](const QString &name) {
+        return QFile::symLinkTarget(descriptors.filePath(name)).startsWith(databasePath());
+    });
 }
 
 void TestLibrary::execute(const char *sql, const QList<SQLiteValue> &values)

@@ -33,6 +33,11 @@ public:
     QString file(const QString &name) const { return m_folder.filePath(name); }
     QString databasePath() const { return file(QStringLiteral("quire.db")); }
 
+    // Whether somebody holds the lease on it, and whether this process has the
+    // library or a file beside it open.
+    bool isLeaseHeld() const;
+    bool isHeldOpen() const;
+
     // The file itself through a second connection that lives for one call:
     // statements to run, rows to look at. The library may be open or closed.
     void execute(const char *sql, const QList<SQLiteValue> &values = {});

@@ -1,6 +1,7 @@
 #include "persistence/database/SQLiteDatabase.h"
 
 #include "persistence/database/DatabaseError.h"
+#include "testing/TestFiles.h"
 #include "testing/ThrownFailure.h"
 
 #include <QDir>
@@ -22,12 +23,7 @@ class SQLiteDatabaseTest : public ::testing::Test
 protected:
     QString file(const QString &name) const { return m_folder.filePath(name); }
 
-    void fill(const QString &name, const QByteArray &bytes) const
-    {
-        QFile out(file(name));
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-    }
+    void fill(const QString &name, const QByteArray &bytes) const { putFile(file(name), bytes); }
 
 private:
     QTemporaryDir m_folder;
