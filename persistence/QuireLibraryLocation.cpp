@@ -2,11 +2,11 @@
 
 #include "files/DurableFile.h"
 #include "files/FolderPath.h"
+#include "files/SmallFile.h"
 #include "persistence/AppDirectories.h"
 #include "persistence/database/DatabaseError.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -17,9 +17,6 @@ namespace {
 
 constexpr QStringView pathKey = u"path";
 
-// Far above the longest path, escaped: whatever is larger is no record.
-constexpr qint64 maximumBytes = 1024 * 1024;
-
 // A text that the system would cut short or rewrite names another folder than
 // the one that was chosen.
 bool canBePath(const QString &text)
@@ -29,11 +26,11 @@ bool canBePath(const QString &text)
 
 std::optional<QString> recordedPath(const QString &recordURL)
 {
-    QFile file(recordURL);
-    if (!QFileInfo(recordURL).isFile() || file.size() > maximumBytes || !file.open(QIODevice::ReadOnly)) {
+    const auto bytes = SmallFile::read(recordURL);
+    if (!bytes) {
         return std::nullopt;
     }
-    const QJsonValue path = QJsonDocument::fromJson(file.readAll()).object()[pathKey];
+    const QJsonValue path = QJsonDocument::fromJson(*bytes).object()[pathKey];
     return path.isString() && canBePath(path.toString()) ? std::optional(path.toString()) : std::nullopt;
 }
 

@@ -7,53 +7,25 @@
 
 #include "concurrency/SystemClock.h"
 #include "faults/WorkerDeeds.h"
+#include "faults/WorkerJournal.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QStringList>
 
 #include <cstdio>
 #include <random>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 using namespace quire;
 using namespace quire::testing;
-
-namespace {
-
-// Appended by one write each: what was written survives the process.
-class Journal
-{
-public:
-    explicit Journal(const QString &path)
-        : m_file(::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644))
-    {
-    }
-
-    void add(const QString &line) const
-    {
-        const QByteArray bytes = line.toUtf8() + '\n';
-        if (::write(m_file, bytes.constData(), size_t(bytes.size())) != bytes.size()) {
-            std::abort();
-        }
-    }
-
-private:
-    int m_file;
-};
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    const Journal journal(arguments.value(2));
+    const WorkerJournal journal(arguments.value(2));
     std::mt19937 random(arguments.value(3).toUInt());
     const bool early = arguments.value(4) == u"early";
 

@@ -1,7 +1,10 @@
 #include "faults/RelocationDeeds.h"
 
+#include "files/DurableFile.h"
 #include "persistence/AppDirectories.h"
+#include "persistence/database/SQLiteDatabase.h"
 #include "persistence/OldLibraries.h"
+#include "persistence/QuireLibraryLocation.h"
 
 #include <QDir>
 
@@ -68,6 +71,17 @@ void addMoves(std::vector<Deed> &deeds, Place place, const FolderImage &filled)
     move("move back to the default folder", movedAlone, {});
     move("return to the library that was left", moved, {});
     move("adoption of an older library", withOldLibrary(filled), QStringLiteral("Old"));
+}
+
+Deed carelessMove(const FolderImage &filled)
+{
+    return {"careless move", Deed::Kind::Edit, withoutMemory(filled), [](LibraryStore &store) {
+                const QString folder = folderNamed(QStringLiteral("Careless"));
+                DurableFile::createFolder(folder);
+                QuireLibraryLocation::save(folder, QuireLibraryLocation::recordURL());
+                SQLiteDatabase::backUp(done(store.databaseURL()), QStringLiteral("%1/%2").arg(folder, database));
+                done(store.relocateDatabase(folder));
+            }};
 }
 
 } // namespace quire::testing

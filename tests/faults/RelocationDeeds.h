@@ -13,4 +13,8 @@ namespace quire::testing {
 // store keeps no record. filled: filledLibrary(place).
 void addMoves(std::vector<Deed> &deeds, Place place, const FolderImage &filled);
 
+// The broken twin for controls: it records the new folder before it copies the
+// library there.
+Deed carelessMove(const FolderImage &filled);
+
 } // namespace quire::testing
