@@ -6,50 +6,24 @@
 #include "faults/Torture.h"
 #include "persistence/AppLog.h"
 #include "testing/Await.h"
+#include "testing/ResourceLimit.h"
+#include "testing/SmallDisk.h"
 #include "testing/UnprivilegedUser.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
 
 #include <gmock/gmock.h>
 
-#include <csignal>
 #include <memory>
 
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/statfs.h>
 
 using namespace quire;
 using namespace quire::testing;
 
 namespace {
-
-// A limit of this process, lowered for the length of a scope.
-class LoweredLimit
-{
-public:
-    LoweredLimit(__rlimit_resource resource, rlim_t limit)
-        : m_resource(resource)
-    {
-        ::getrlimit(m_resource, &m_former);
-        rlimit lowered = m_former;
-        lowered.rlim_cur = std::min(limit, m_former.rlim_max);
-        ::setrlimit(m_resource, &lowered);
-    }
-    ~LoweredLimit() { ::setrlimit(m_resource, &m_former); }
-
-    LoweredLimit(const LoweredLimit &) = delete;
-    LoweredLimit &operator=(const LoweredLimit &) = delete;
-
-private:
-    __rlimit_resource m_resource;
-    rlimit m_former{};
-};
 
 // A hindrance of some strength, from 0 (the strongest) on; gone when destroyed.
 using Hindrance = std::function<std::shared_ptr<void>(int strength)>;
@@ -75,43 +49,6 @@ void hinderEveryDeed(FaultBench &bench, const char *what, int weakest, int step,
     EXPECT_GT(refused, 2) << what; // else nothing was hindered
 }
 
-// A file system of its own in the bench's folder, whose size can be set.
-class SmallDisk
-{
-public:
-    // False where this process may not mount anything.
-    bool mount(const QString &folder)
-    {
-        m_folder = QFile::encodeName(folder);
-        const int flags = CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER);
-        return ::unshare(flags) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-            && ::mount("quire", m_folder.constData(), "tmpfs", 0, "size=64m") == 0;
-    }
-    ~SmallDisk() { ::umount2(m_folder.constData(), MNT_DETACH); }
-
-    // So many pages more than it holds now.
-    void leave(int pages) const
-    {
-        struct statfs status
-        {
-        };
-        ::statfs(m_folder.constData(), &status);
-        resize((status.f_blocks - status.f_bfree + fsblkcnt_t(pages)) * fsblkcnt_t(status.f_bsize));
-    }
-    void leaveEnough() const { resize(64 << 20); }
-
-private:
-    void resize(fsblkcnt_t bytes) const
-    {
-        const QByteArray options = "size=" + QByteArray::number(qulonglong(bytes));
-        if (::mount(nullptr, m_folder.constData(), nullptr, MS_REMOUNT, options.constData()) != 0) {
-            throw std::runtime_error("cannot resize the small disk");
-        }
-    }
-
-    QByteArray m_folder;
-};
-
 std::shared_ptr<void> onEnd(std::function<void()> end)
 {
     return {nullptr, [end = std::move(end)](void *) { end(); }};
@@ -119,32 +56,29 @@ std::shared_ptr<void> onEnd(std::function<void()> end)
 
 void fillTheDisk(Place place)
 {
-    FaultBench bench(place);
-    SmallDisk disk;
-    if (!disk.mount(bench.folder())) {
+    if (!SmallDisk::isAvailable()) {
         GTEST_SKIP() << "this system lets no test mount a disk of its own";
     }
-    hinderEveryDeed(bench, "the disk is full", 120, Torture::stride(3), [&](int pages) {
-        disk.leave(pages);
-        return onEnd([&disk] { disk.leaveEnough(); });
+    FaultBench bench(place);
+    SmallDisk disk(bench.folder());
+    hinderEveryDeed(bench, "the disk is full", 120, Torture::stride(3), [&](int blocks) {
+        disk.leaveBlocks(blocks);
+        return onEnd([&disk] { disk.leaveEverything(); });
     });
 }
 
 void limitFileSizes(Place place)
 {
-    std::signal(SIGXFSZ, SIG_IGN); // as the program does, a write then simply fails
     FaultBench bench(place);
     hinderEveryDeed(bench, "no file may grow", 60, Torture::stride(2),
-        [](int pages) { return std::make_shared<LoweredLimit>(RLIMIT_FSIZE, rlim_t(pages) * 4'096); });
+        [](int pages) { return std::make_shared<ShortFiles>(rlim_t(pages) * 4'096); });
 }
 
 void limitOpenFiles(Place place)
 {
     FaultBench bench(place);
-    hinderEveryDeed(bench, "too many files are open", 24, 1, [](int more) {
-        const auto open = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
-        return std::make_shared<LoweredLimit>(RLIMIT_NOFILE, rlim_t(open - 3 + more)); // less ".", ".." and the listing
-    });
+    hinderEveryDeed(bench, "too many files are open", 24, 1,
+        [](int more) { return std::make_shared<FewFiles>(std::size_t(more)); });
 }
 
 void takeRights(Place place, mode_t rights)
@@ -165,57 +99,62 @@ void takeRights(Place place, mode_t rights)
     });
 }
 
+class Hindrances : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite() { SmallDisk::isAvailable(); } // while there is one thread
+};
+
 } // namespace
 
-TEST(Hindrances, AFullDiskUnderTheDefaultFolderLeavesBeforeOrAfter)
+TEST_F(Hindrances, AFullDiskUnderTheDefaultFolderLeavesBeforeOrAfter)
 {
     fillTheDisk(Place::DefaultFolder);
 }
 
-TEST(Hindrances, AFullDiskUnderAChosenFolderLeavesBeforeOrAfter)
+TEST_F(Hindrances, AFullDiskUnderAChosenFolderLeavesBeforeOrAfter)
 {
     fillTheDisk(Place::ChosenFolder);
 }
 
-TEST(Hindrances, AFileThatMayNotGrowInTheDefaultFolderLeavesBeforeOrAfter)
+TEST_F(Hindrances, AFileThatMayNotGrowInTheDefaultFolderLeavesBeforeOrAfter)
 {
     limitFileSizes(Place::DefaultFolder);
 }
 
-TEST(Hindrances, AFileThatMayNotGrowInAChosenFolderLeavesBeforeOrAfter)
+TEST_F(Hindrances, AFileThatMayNotGrowInAChosenFolderLeavesBeforeOrAfter)
 {
     limitFileSizes(Place::ChosenFolder);
 }
 
-TEST(Hindrances, TooManyOpenFilesInTheDefaultFolderLeaveBeforeOrAfter)
+TEST_F(Hindrances, TooManyOpenFilesInTheDefaultFolderLeaveBeforeOrAfter)
 {
     limitOpenFiles(Place::DefaultFolder);
 }
 
-TEST(Hindrances, TooManyOpenFilesInAChosenFolderLeaveBeforeOrAfter)
+TEST_F(Hindrances, TooManyOpenFilesInAChosenFolderLeaveBeforeOrAfter)
 {
     limitOpenFiles(Place::ChosenFolder);
 }
 
-TEST(Hindrances, AFolderThatMayOnlyBeReadLeavesBeforeOrAfter)
+TEST_F(Hindrances, AFolderThatMayOnlyBeReadLeavesBeforeOrAfter)
 {
     takeRights(Place::ChosenFolder, 0555);
 }
 
-TEST(Hindrances, ADefaultFolderThatMayOnlyBeReadLeavesBeforeOrAfter)
+TEST_F(Hindrances, ADefaultFolderThatMayOnlyBeReadLeavesBeforeOrAfter)
 {
     takeRights(Place::DefaultFolder, 0555);
 }
 
 // A line that finds no room is lost; the next that does is not.
-TEST(Hindrances, TheLogGoesOnAfterAFullDisk)
+TEST_F(Hindrances, TheLogGoesOnAfterAFullDisk)
 {
-    std::signal(SIGXFSZ, SIG_IGN);
     const QTemporaryDir folder;
     const QString log = folder.filePath(QStringLiteral("quire.log"));
     qputenv("QUIRE_LOG_PATH", QFile::encodeName(log));
     {
-        const LoweredLimit none(RLIMIT_FSIZE, 0);
+        const ShortFiles none(0);
         AppLog::write(QStringLiteral("a line that finds no room"));
         EXPECT_TRUE(eventually([&] { return QFileInfo::exists(folder.path()); }));
         QThread::msleep(50);

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -90,8 +91,10 @@ void SmallDisk::leaveBlocks(int blocks)
     {
     };
     check(::statvfs(m_folder.constData(), &status), "statvfs");
-    const auto used = (status.f_blocks - status.f_bfree) * status.f_frsize;
-    remount("nr_inodes=100000,size=" + QByteArray::number(qulonglong(used) + qulonglong(blocks) * blockBytes));
+    const qulonglong used = (status.f_blocks - status.f_bfree) * status.f_frsize;
+    // A size of 0 would be none at all, and could not be taken back.
+    const qulonglong size = std::max<qulonglong>(used + qulonglong(blocks) * blockBytes, blockBytes);
+    remount("nr_inodes=100000,size=" + QByteArray::number(size));
 }
 
 void SmallDisk::leaveFiles(int files)

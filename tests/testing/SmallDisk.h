@@ -25,7 +25,7 @@ public:
     SmallDisk &operator=(const SmallDisk &) = delete;
 
     // What is left to write: so many blocks of 4 KB, or so many files more.
-    // The other of the two is without limit.
+    // The other of the two is without limit. An empty disk leaves at least one block.
     void leaveBlocks(int blocks);
     void leaveFiles(int files);
     void leaveEverything();
