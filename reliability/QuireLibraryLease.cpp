@@ -6,6 +6,7 @@
 #include "records/UUIDText.h"
 
 #include <QFile>
+#include <QSet>
 
 #include <cstdio>
 #include <filesystem>
@@ -25,13 +26,45 @@ bool rename(const QString &from, const QString &to)
     return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
-// With all that is in it; a link is removed, not followed.
+// With all that is in it; a link is removed, not followed. An empty one goes
+// even where too many files are open for a look into it.
 bool removeFolder(const QString &path)
 {
+    const QByteArray name = QFile::encodeName(path);
+    if (::rmdir(name.constData()) == 0) {
+        return true;
+    }
     std::error_code error;
-    std::filesystem::remove_all(QFile::encodeName(path).toStdString(), error);
+    std::filesystem::remove_all(name.toStdString(), error);
     return !error;
 }
+
+// Leases of this process that ended without their lock, the disk being away or
+// dead. Their locks name a process that lives, and yet nobody holds them.
+class LeftBehind
+{
+public:
+    static LeftBehind &instance()
+    {
+        static LeftBehind &leftBehind = *new LeftBehind; // leases may end after static objects
+        return leftBehind;
+    }
+
+    void add(const QUuid &token)
+    {
+        const std::lock_guard hold(m_mutex);
+        m_tokens.insert(token);
+    }
+    bool contains(const QUuid &token)
+    {
+        const std::lock_guard hold(m_mutex);
+        return m_tokens.contains(token);
+    }
+
+private:
+    std::mutex m_mutex;
+    QSet<QUuid> m_tokens;
+};
 
 } // namespace
 
@@ -120,7 +153,8 @@ bool QuireLibraryLease::recoverAbandonedLockIfNeeded() const
         return true;
     }
     const LeaseEvidence evidence = LeaseEvidence::gather(m_lockPath, m_ownerPath);
-    if (!isAbandoned(evidence, m_owner.hostID, m_legacyKeys, m_clock.now(), m_timing.patience)) {
+    const bool isOurOwn = evidence.owner && LeftBehind::instance().contains(evidence.owner->token);
+    if (!isOurOwn && !isAbandoned(evidence, m_owner.hostID, m_legacyKeys, m_clock.now(), m_timing.patience)) {
         return false;
     }
     const QString abandoned = QStringLiteral("%1/Abandoned %2").arg(m_locksDirectory, UUIDText::fresh());
@@ -149,6 +183,8 @@ void QuireLibraryLease::giveUp() const
     const QString released = QStringLiteral("%1/Released %2").arg(m_locksDirectory, UUIDText::of(m_owner.token));
     if (rename(m_lockPath, released)) { // the lock is free from here on
         removeFolder(released);
+    } else {
+        LeftBehind::instance().add(m_owner.token);
     }
 }
 

@@ -56,6 +56,20 @@ TEST_F(LeaseTakeover, ALivingProcessOfThisMachineIsBusy)
     expectBusy(lease());
 }
 
+// A network drive that goes away and comes back.
+TEST_F(LeaseTakeover, AnOwnLockThatCouldNotBeGivenUpIsTakenBackAtOnce)
+{
+    const QString away = folder.filePath(QStringLiteral("away"));
+    {
+        auto held = lease();
+        held.acquire();
+        ASSERT_TRUE(QDir().rename(library, away));
+    }
+    ASSERT_TRUE(QDir().rename(away, library));
+    ASSERT_TRUE(stored().has_value());
+    expectTaken(lease());
+}
+
 TEST_F(LeaseTakeover, ADeadProcessOfThisMachineIsTakenOverAtOnce)
 {
     QuireLibraryLeaseOwner other = rival();
