@@ -10,9 +10,13 @@ namespace quire::testing {
 
 namespace {
 
-// An edit leads from one content to another. A library that is being opened also
-// rests at each schema version in between: what a crash right after one of its
-// commits shows.
+bool isOfAnOpenLibrary(const Deed &deed)
+{
+    return deed.kind == Deed::Kind::Edit || deed.kind == Deed::Kind::Work;
+}
+
+// An edit leads from one content to another, a refusal nowhere. Anything else also
+// rests in between: what a crash right after one of its commits shows.
 std::vector<LibraryContent> restsOf(const Deed &deed, FaultBench &bench)
 {
     bench.reset(deed.start);
@@ -24,7 +28,14 @@ std::vector<LibraryContent> restsOf(const Deed &deed, FaultBench &bench)
         rests.push_back(bench.content());
         return rests;
     }
+    if (deed.kind == Deed::Kind::Refusal) {
+        deed.run(bench.store());
+        return rests;
+    }
     FaultyDisk::instance().beginRecord();
+    if (isOfAnOpenLibrary(deed)) {
+        bench.open();
+    }
     deed.run(bench.store());
     bench.close();
     const PowerCut record(FaultyDisk::instance().takeRecord());
@@ -50,7 +61,7 @@ bool DeedTrial::run(
     const std::function<void()> &hinder, const std::function<void()> &free, const std::function<QString()> &where)
 {
     m_bench.reset(m_deed.start);
-    if (m_deed.kind == Deed::Kind::Edit) {
+    if (isOfAnOpenLibrary(m_deed)) {
         m_bench.open();
     }
     QStringList findings;
@@ -58,10 +69,10 @@ bool DeedTrial::run(
     const bool done = isDone(findings);
     free();
     look(done, findings);
-    if (m_deed.kind == Deed::Kind::Opening) {
+    if (!isOfAnOpenLibrary(m_deed)) {
         m_bench.close(); // it may have been opened for reading only
     }
-    findings += m_bench.findingsOfFurtherWork();
+    findings += m_deed.aftermath ? m_deed.aftermath(m_bench) : m_bench.findingsOfFurtherWork();
     for (const QString &finding : findings) {
         m_findings.append(
             QStringLiteral("%1, %2, %3: %4")

@@ -23,6 +23,10 @@ public:
 
     const Deed &deed() const { return m_deed; }
 
+    // Where the library may be found after the deed failed: before it, in the
+    // order of its commits, after it.
+    const std::vector<LibraryContent> &rests() const { return m_rests; }
+
     // Starts anew and does the deed between the two. hinder: makes the deed hard
     // for an open store, or for a closed one when the deed is an opening. free:
     // takes that back, also after a failure. where: how findings name this trial;

@@ -1,6 +1,7 @@
 #include "faults/Deeds.h"
 
 #include "faults/RelocationDeeds.h"
+#include "faults/ReliabilityDeeds.h"
 #include "persistence/OldLibraries.h"
 #include "testing/ImportRecords.h"
 
@@ -135,16 +136,16 @@ void addEdits(std::vector<Deed> &deeds, const FolderImage &filled)
 
 void addOpenings(std::vector<Deed> &deeds, Place place, const FolderImage &filled)
 {
-    const auto opening = [&](const char *name, FolderImage start, bool recovering = false) {
+    const auto opening = [&](const char *name, FolderImage start, bool recovering = false, const char *row = "R03") {
         deeds.push_back({name, Deed::Kind::Opening, std::move(start),
-            [recovering](LibraryStore &store) { done(store.prepare(recovering)); }});
+            [recovering](LibraryStore &store) { done(store.prepare(recovering)); }, {}, row});
     };
     opening("first opening", {});
     opening("opening", filled);
     opening("opening after a crash", filled, true);
     opening("migration from version 0",
-        libraryOf(place, [](const QString &path) { OldLibraries::createVersion0(path, 20); }));
-    opening("migration from version 1", libraryOf(place, OldLibraries::createVersion1));
+        libraryOf(place, [](const QString &path) { OldLibraries::createVersion0(path, 20); }), false, "R14");
+    opening("migration from version 1", libraryOf(place, OldLibraries::createVersion1), false, "R14");
     opening("taking over of secrets", libraryWithSecretsInside(place));
 }
 
@@ -173,6 +174,7 @@ std::vector<Deed> allDeeds(Place place)
     addEdits(deeds, filled);
     addOpenings(deeds, place, filled);
     addMoves(deeds, place, filled);
+    addReliabilityDeeds(deeds, place, filled);
     return deeds;
 }
 

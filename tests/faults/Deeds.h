@@ -8,6 +8,8 @@
 
 #include "faults/FaultBench.h"
 
+#include <QStringList>
+
 #include <functional>
 #include <vector>
 
@@ -17,16 +19,23 @@ struct Deed
 {
     enum class Kind {
         Edit, // of an open library; one transaction
+        Work, // of an open library; several transactions, each of which it may rest after
         Opening, // of a closed library; rests between the schema's versions
+        Refusal, // an opening that must not come to pass; done when it was refused
     };
 
     const char *name;
     Kind kind;
     FolderImage start; // the folder before it, closed
     std::function<void(LibraryStore &)> run; // throws what the store fails with
+    // What is wrong once nothing hinders any more; absent: that the library is of
+    // no further use.
+    std::function<QStringList(FaultBench &)> aftermath = {};
+    const char *row = "R03"; // of the scoreboard, for a call to the disk that fails in it
 };
 
-// A closed library with some of everything in it, made at `place`.
+// A closed library with some of everything in it, made at `place`; no two are of
+// one identity.
 FolderImage filledLibrary(Place place);
 
 // Every deed there is, over a library at `place`.

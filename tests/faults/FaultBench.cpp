@@ -3,13 +3,31 @@
 #include "faults/FaultyDisk.h"
 #include "persistence/QuireLibraryLocation.h"
 #include "records/Failure.h"
+#include "reliability/QuireCloudLineage.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace quire::testing {
 
 namespace {
+
+const QString memoryFolder = QStringLiteral("Cloud Library State");
+
+// What a machine remembers of a library is filed under the library's path, which
+// differs between the bench that made an image and the one that it is put into.
+FolderImage rememberedAt(const QString &folder, const FolderImage &image)
+{
+    static const QRegularExpression record(QLatin1Char('^') + memoryFolder + QStringLiteral("/[0-9a-f]{64}\\.json$"));
+    const QString url
+        = QuireCloudLineageStore(folder + u'/' + memoryFolder).recordURL(folder + QStringLiteral("/quire.db"));
+    FolderImage moved;
+    for (auto file = image.cbegin(); file != image.cend(); ++file) {
+        moved.insert(record.match(file.key()).hasMatch() ? QDir(folder).relativeFilePath(url) : file.key(), *file);
+    }
+    return moved;
+}
 
 // Faults are made, not waited for: a folder in memory is as good and far faster.
 QString rootTemplate()
@@ -55,7 +73,7 @@ void FaultBench::reset(const FolderImage &image)
     qputenv("HOME", QFile::encodeName(m_folder));
     QDir(m_folder).removeRecursively();
     QDir().mkpath(m_folder);
-    writeFolder(m_folder, image);
+    writeFolder(m_folder, rememberedAt(m_folder, image));
     restart();
     FaultyDisk::instance().watch(m_folder);
 }

@@ -48,9 +48,11 @@ public:
     const QString &folder() const { return m_folder; }
     QString outside(const QString &name) const;
 
-    // Sets the environment so that the default folder is this bench's own, and the
-    // home folder the watched one. Makes the folder hold these files and nothing else, and a store that is
-    // not open yet. Whatever was open is closed.
+    // Makes the folder hold these files and nothing else, what this machine
+    // remembers of the library among them, and a store that is not open yet.
+    // Whatever was open is closed. Sets the environment so that the default folder
+    // is this bench's own, and the home folder the watched one; a test with several
+    // benches does this before each use.
     void reset(const FolderImage &image);
 
     // The store, open or not.

@@ -17,7 +17,7 @@ bool isVolatile(const QString &column)
         QStringLiteral("library_uuid"), QStringLiteral("updated_at"), QStringLiteral("date_synced"),
         QStringLiteral("date_modified"), QStringLiteral("first_seen_at"), QStringLiteral("last_seen_at"),
         QStringLiteral("applied_at"), QStringLiteral("recorded_at"), QStringLiteral("created_at"),
-        QStringLiteral("verified_at"), QStringLiteral("last_audible_sync")};
+        QStringLiteral("verified_at"), QStringLiteral("last_audible_sync"), QStringLiteral("database_sha256")};
     return columns.contains(column);
 }
 

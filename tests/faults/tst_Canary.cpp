@@ -2,8 +2,8 @@
 // can be provoked, no other file, no notice and no passing message has them.
 
 #include "faults/Torture.h"
-#include "records/Failure.h"
 #include "ModelTest.h"
+#include "records/Failure.h"
 #include "testing/ImportRecords.h"
 #include "testing/UnprivilegedUser.h"
 
