@@ -45,6 +45,12 @@ FolderImage with(FolderImage image, const QString &name, const QByteArray &bytes
 
 // Backups. -----------------------------------------------------------------------
 
+// A dead disk does not let its temporary files be taken back; they are hidden.
+bool isTemporary(const QString &name)
+{
+    return name.section(u'/', -1).startsWith(u'.') && name.endsWith(u".tmp");
+}
+
 // What lies in the backup folder is good, and something does.
 QStringList findingsOfBackups(FaultBench &bench)
 {
@@ -60,7 +66,7 @@ QStringList findingsOfBackups(FaultBench &bench)
             if (condition != FinishedBackup::Condition::Good) {
                 findings.append(QStringLiteral("no good backup: ") + name);
             }
-        } else if (!name.endsWith(u".db.manifest.json")) {
+        } else if (!name.endsWith(u".db.manifest.json") && !isTemporary(name)) {
             findings.append(QStringLiteral("left behind: ") + name);
         }
     }
@@ -98,7 +104,7 @@ QStringList findingsOfStaleFiles(FaultBench &bench)
 {
     QStringList findings;
     for (const QString &name : bench.image().keys()) {
-        if (name.endsWith(u".tmp")) {
+        if (name.endsWith(u".tmp") && !isTemporary(name)) {
             findings.append(QStringLiteral("left behind: ") + name);
         }
     }
@@ -157,8 +163,8 @@ QStringList findingsOfCopies(FaultBench &bench)
         if (!name.startsWith(recovery)) {
             continue;
         }
-        if (name.endsWith(u".db-wal") || name.endsWith(u".db-journal")) {
-            continue; // of a library that was copied as it lay there
+        if (name.endsWith(u".db-wal") || name.endsWith(u".db-journal") || isTemporary(name)) {
+            continue; // the first two of a library that was copied as it lay there
         }
         if (!name.endsWith(u".db")) {
             findings.append(QStringLiteral("left behind: ") + name);

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
-#include <random>
 
 namespace quire {
 
@@ -168,120 +166,6 @@ TEST_F(QuireBackgroundWorkCoordinatorTest, ItsEndAnswersEveryRequest)
     ASSERT_TRUE(artwork.isFinished());
     EXPECT_FALSE(backup.result());
     EXPECT_FALSE(artwork.result());
-}
-
-// The slot told a second time, as plainly as it can be.
-class Model
-{
-public:
-    struct Waiting
-    {
-        int priority;
-        QString id;
-        Job job;
-        std::size_t request;
-    };
-
-    // What becomes of a request at once: true, false, or nothing while it waits.
-    std::optional<bool> acquire(Job job, Priority priority, const QString &id, std::size_t request)
-    {
-        if (!active) {
-            active = job;
-            return true;
-        }
-        const auto same = [job](const Waiting &w) { return w.job == job; };
-        if (active == job || std::any_of(waiting.begin(), waiting.end(), same)) {
-            return false;
-        }
-        waiting.push_back({int(priority), id, job, request});
-        return std::nullopt;
-    }
-
-    bool wouldWait(Job job) const
-    {
-        return active && active != job
-            && std::none_of(waiting.begin(), waiting.end(), [job](const Waiting &w) { return w.job == job; });
-    }
-
-    // The request that gets the slot, if one does.
-    std::optional<std::size_t> finish(Job job)
-    {
-        if (active != job) {
-            return std::nullopt;
-        }
-        active.reset();
-        if (waiting.empty()) {
-            return std::nullopt;
-        }
-        const auto next = std::min_element(waiting.begin(), waiting.end(), [](const Waiting &a, const Waiting &b) {
-            return a.priority != b.priority ? a.priority > b.priority : a.id < b.id;
-        });
-        active = next->job;
-        const std::size_t request = next->request;
-        waiting.erase(next);
-        return request;
-    }
-
-    std::optional<Job> active;
-    std::vector<Waiting> waiting;
-};
-
-TEST(QuireBackgroundWorkCoordinatorModel, TenThousandRandomStepsAgreeWithAPlainModel)
-{
-    const auto seed = std::random_device()();
-    std::cout << "seed " << seed << std::endl;
-    std::mt19937 random(seed);
-    const auto below = [&random](std::size_t bound) { return random() % bound; };
-
-    QStringList ids; // handed out in this order; grown before the request that needs one
-    std::mutex mutex;
-    qsizetype used = 0;
-    QuireBackgroundWorkCoordinator coordinator([&] {
-        const std::lock_guard lock(mutex);
-        return QUuid::fromString(ids.at(used++));
-    });
-
-    Model model;
-    std::vector<QFuture<bool>> requests;
-    std::vector<std::optional<bool>> expected;
-    for (int step = 0; step < 10'000; ++step) {
-        SCOPED_TRACE(step);
-        const Job job = allBackgroundJobs[below(allBackgroundJobs.size())];
-        std::optional<std::size_t> touched;
-        if (below(2) == 0) {
-            const auto priority = below(2) == 0 ? Priority::Automatic : Priority::Manual;
-            const QUuid id = QUuid::createUuid();
-            if (model.wouldWait(job)) {
-                const std::lock_guard lock(mutex);
-                ids.append(id.toString());
-            }
-            touched = requests.size();
-            expected.push_back(
-                model.acquire(job, priority, id.toString(QUuid::WithoutBraces).toUpper(), requests.size()));
-            requests.push_back(coordinator.acquire(job, priority));
-        } else {
-            // mostly the active one, so that the slot moves
-            const Job ended = model.active && below(3) != 0 ? *model.active : job;
-            touched = model.finish(ended);
-            if (touched) {
-                expected[*touched] = true;
-            }
-            coordinator.finish(ended);
-        }
-        // Looks at the outcome once the step has been carried out.
-        await(coordinator.finish(model.active == Job::Maintenance ? Job::Artwork : Job::Maintenance));
-        if (touched) {
-            ASSERT_EQ(requests[*touched].isFinished(), expected[*touched].has_value());
-            if (expected[*touched]) {
-                ASSERT_EQ(requests[*touched].result(), *expected[*touched]);
-            }
-        }
-        for (const Model::Waiting &waiting : model.waiting) {
-            ASSERT_FALSE(requests[waiting.request].isFinished());
-        }
-    }
-    const std::lock_guard lock(mutex);
-    EXPECT_GT(used, 100) << "requests did wait";
 }
 
 TEST(QuireBackgroundWorkCoordinatorThreads, OnlyOneHolderAtATimeWithRequestsFromManyThreads)
