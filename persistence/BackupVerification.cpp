@@ -12,6 +12,7 @@
 #include "reliability/QuireBackupManifest.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 #include <filesystem>
@@ -20,6 +21,8 @@
 namespace quire::BackupVerification {
 
 namespace {
+
+const QString notOneFile = QStringLiteral("The backup could not be made one file.");
 
 DatabaseError failure(const QString &text)
 {
@@ -62,8 +65,12 @@ QuireBackupManifest examine(SQLiteDatabase &copy, SQLiteDatabase &library)
     if (!BackupContents::areSame(copy, library)) {
         throw failure(QStringLiteral("The reopened backup does not hold what the live library holds."));
     }
-    // One file from here on, also where the library keeps a write-ahead log.
-    copy.executeScript("PRAGMA journal_mode = DELETE;");
+    // One file from here on, also where the library keeps a write-ahead log. A
+    // disk that fails here is told by the answer alone.
+    const auto mode = copy.scalar("PRAGMA journal_mode = DELETE");
+    if (!mode || mode->string({}) != u"delete") {
+        throw failure(notOneFile);
+    }
 
     QuireBackupManifest manifest;
     manifest.schemaVersion = *version;
@@ -95,6 +102,10 @@ QuireBackupManifest verify(const QString &backup, const LiveLibrary &library)
             copy.executeScript("PRAGMA locking_mode = EXCLUSIVE;");
             return examine(copy, library.database);
         }();
+        // One that stayed would be rolled back into the backup by whoever opens it.
+        if (QFileInfo::exists(backup + QStringLiteral("-journal"))) {
+            throw failure(notOneFile);
+        }
         removeSideFile(backup + QStringLiteral("-wal"));
         removeSideFile(backup + QStringLiteral("-shm"));
         manifest.databaseSHA256 = FileDigest::sha256(backup);
