@@ -28,13 +28,20 @@ int sweep(DeedTrial &trial, Lasting lasting, Stroke stroke, int first = 1, int s
 {
     FaultyDisk &disk = FaultyDisk::instance();
     for (int nth = first, struck = 0;; nth += stride, ++struck) {
-        trial.run([&] { disk.strike(nth, lasting, stroke); }, [&] { disk.relent(); },
+        bool hasStruck = false;
+        QString call;
+        trial.run([&] { disk.strike(nth, lasting, stroke); },
+            [&] {
+                hasStruck = disk.hasStruck();
+                call = disk.struckCall();
+                disk.relent();
+            },
             [&] {
                 return QStringLiteral("call %1 (%2) failing %3")
-                    .arg(QString::number(nth), disk.struckCall(),
+                    .arg(QString::number(nth), call,
                         lasting == Lasting::Once ? QStringLiteral("once") : QStringLiteral("from then on"));
             });
-        if (!disk.hasStruck()) {
+        if (!hasStruck) {
             return struck;
         }
     }
