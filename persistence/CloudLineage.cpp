@@ -48,8 +48,10 @@ void requireRememberedFile(const LineageSurroundings &surroundings)
         // What would be made here is another library, and a sync service would
         // carry it to where the remembered one still is.
         throw QuireReliabilityError::cloudLibraryDiverged();
-    case LibraryFile::Content::Database:
     case LibraryFile::Content::Unknown:
+        // It may be one of the above, and readable a moment later.
+        throw DatabaseError(DatabaseError::Kind::Open, QStringLiteral("unable to open database file"));
+    case LibraryFile::Content::Database:
         return;
     }
 }

@@ -34,7 +34,8 @@ QuireCloudLineage currentLineage(const SQLiteDatabase &database, Instant now);
 // Before the file is opened, which would make a new library of it: where one is
 // remembered, throws QuireReliabilityError CloudLibraryRolledBack for a file of no
 // bytes or one that is no database, with a copy made, and CloudLibraryDiverged for
-// no file at all. Throws FileError when the copy could not be made.
+// no file at all. Throws DatabaseError Open when what is there cannot be read, and
+// FileError when the copy could not be made.
 void requireRememberedFile(const LineageSurroundings &surroundings);
 
 // Once it is open: throws QuireReliabilityError CloudLibraryRolledBack or
