@@ -2,6 +2,7 @@
 
 #include "files/DurableFile.h"
 #include "persistence/database/DatabaseError.h"
+#include "persistence/database/DatabaseFiles.h"
 #include "persistence/database/SQLiteDatabase.h"
 #include "persistence/LibraryFile.h"
 #include "records/DateParser.h"
@@ -40,7 +41,7 @@ bool copyThroughSQLite(const QString &url, const QString &copy)
         SQLiteDatabase::backUp(url, copy);
         return true;
     } catch (const DatabaseError &) {
-        QFile::remove(copy);
+        DatabaseFiles::remove(copy); // with its journal, which would undo the copy that follows
         return false;
     }
 }
