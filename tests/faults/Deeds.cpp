@@ -1,7 +1,7 @@
 #include "faults/Deeds.h"
 
-#include "faults/RelocationDeeds.h"
 #include "faults/ReliabilityDeeds.h"
+#include "faults/RelocationDeeds.h"
 #include "persistence/OldLibraries.h"
 #include "testing/ImportRecords.h"
 

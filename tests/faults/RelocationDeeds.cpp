@@ -61,7 +61,7 @@ void addMoves(std::vector<Deed> &deeds, Place place, const FolderImage &filled)
     }
     const auto move = [&](const char *name, const FolderImage &start, const QString &folder) {
         deeds.push_back({name, Deed::Kind::Edit, start,
-            [folder](LibraryStore &store) { done(store.relocateDatabase(folderNamed(folder))); }});
+            [folder](LibraryStore &store) { done(store.relocateDatabase(folderNamed(folder))); }, {}, "R15"});
     };
     const FolderImage moved = movedLibrary(filled);
     FolderImage movedAlone = moved;
