@@ -3,7 +3,9 @@ import unittest
 from pathlib import Path
 
 from quire_driver import ProgramTestCase, Settings
-from quire_world import OldBook
+from quire_world import OldBook, write_older_library
+
+POWER_CUT = 86
 
 
 class MovingTheLibrary(ProgramTestCase):
@@ -60,6 +62,7 @@ class MovingTheLibrary(ProgramTestCase):
         settings.enter("Library Folder", str(file / "Library"))
         settings.save()
         program.wait_for_text("Settings Could Not Be Saved")
+        program.wait_for_text(f"Could not create the folder “{file / 'Library'}”: Not a directory")
         program.screenshot("library-not-moved")
         settings.dismiss_notice()
         settings.close()
@@ -75,12 +78,53 @@ class MovingTheLibrary(ProgramTestCase):
         settings.enter("Library Folder", str(other))
         settings.save()
         program.wait_for_text("Settings Could Not Be Saved")
+        program.wait_for_text("file is not a database")
         settings.dismiss_notice()
         settings.close()
         program.wait_for_cards("Nine Winters", "The Salt Road")
         self.assertEqual(program.quit(), 0)
         self.assertEqual((other / "quire.db").read_bytes(), b"a letter to a friend\n" * 500)
         self.assertIsNone(self.home.remembered_folder)
+
+    def test_a_library_in_the_new_folder_is_taken_as_it_is(self):
+        other = self.home.folder / "Other"
+        other.mkdir()
+        write_older_library(other / "quire.db", [OldBook("7", "Their Own")], {"selectedTab": "books"})
+        program = self.start()
+        program.wait_for_cards("Nine Winters", "The Salt Road")
+        self.move(program, str(other), "Settings saved")
+        program.wait_for_cards("Their Own")
+        program.screenshot("library-adopted")
+        self.assertFalse(program.says("Settings saved and Quire library moved"))
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(self.titles(other / "quire.db"), [("Their Own",)])
+        self.assertEqual(self.titles(self.home.database), [("The Salt Road",), ("Nine Winters",)])
+        self.start().wait_for_cards("Their Own")
+
+    def test_a_link_to_the_present_folder_is_no_move(self):
+        link = self.home.folder / "link"
+        link.symlink_to(self.home.support)
+        program = self.start()
+        self.move(program, str(link), "Settings saved")
+        self.assertIsNone(self.home.remembered_folder)
+        self.assertEqual(Settings(program, "Data").field("Library Folder").text, str(self.home.support))
+
+    def test_a_crash_in_the_middle_of_a_move_leaves_the_library_where_it_was(self):
+        other = self.home.folder / "Other"
+        program = self.start(QUIRE_ENABLE_FAILURE_TESTS="1", QUIRE_FAILURE_POINT="relocation-after-copy")
+        settings = Settings(program, "Data")
+        settings.enter("Library Folder", str(other))
+        settings.save()
+        self.assertEqual(program.wait(30), POWER_CUT)
+        self.assertIsNone(self.home.remembered_folder)
+        self.assertFalse((other / "quire.db").exists())
+
+        program = self.start()
+        program.wait_for_cards("Nine Winters", "The Salt Road")
+        self.move(program, str(other), "Settings saved and Quire library moved")
+        program.wait_for_cards("Nine Winters", "The Salt Road")
+        self.assertEqual(self.home.remembered_folder, str(other))
+        self.assertEqual([file.name for file in other.glob("*.db")], ["quire.db"])
 
     def test_a_library_that_another_computer_has_open_is_not_taken(self):
         other = self.home.folder / "Other"
