@@ -7,6 +7,7 @@
 #include <QCborMap>
 #include <QCborStreamReader>
 #include <QCborValue>
+#include <QFile>
 #include <QFileInfo>
 
 namespace quire {
@@ -30,12 +31,12 @@ const QSet<QString> &QuireCredentialStore::protectedKeys()
 
 QMap<QString, QString> QuireCredentialStore::load() const
 {
-    const auto bytes = SmallFile::read(m_url);
-    if (!bytes) {
+    QFile file(m_url);
+    if (!QFileInfo(m_url).isFile() || file.size() > SmallFile::maximumBytes || !file.open(QIODevice::ReadOnly)) {
         return {};
     }
     QCborParserError error;
-    const QCborValue root = QCborValue::fromCbor(*bytes, &error);
+    const QCborValue root = QCborValue::fromCbor(file.readAll(), &error);
     if (error.error != QCborError::NoError || !root.isMap()) {
         return {};
     }

@@ -50,7 +50,7 @@ protected:
     std::optional<QuireReliabilityError> refusal()
     {
         const QByteArray remembered = memoryBytes();
-        const auto failure = thrownBy<QuireReliabilityError>([this] { library.open(); });
+        auto failure = thrownBy<QuireReliabilityError>([this] { library.open(); });
         EXPECT_FALSE(library.isLeaseHeld());
         EXPECT_EQ(memoryBytes(), remembered);
         EXPECT_THROW(await(library.store().books()), DatabaseError) << "it is open";
