@@ -126,7 +126,7 @@ void replace(const QString &path, mode_t mode, Fill fill)
     }
     temporary.keep();
     if (const int code = codeOfSyncingFolder(target.absolutePath()); code != 0) {
-        throw FileError(QStringLiteral("write the file"), path, code);
+        throw UnsyncedFileError(QStringLiteral("write the file"), path, code);
     }
 }
 

@@ -19,7 +19,7 @@ namespace quire::DurableFile {
 // with `mode` from its first byte, written, synced, renamed over it, and the
 // folder synced. The folder must exist. mode: permission bits; the process's
 // mask takes nothing away from them. Throws FileError, the old file as it was
-// and no temporary left.
+// and no temporary left; or, as one, UnsyncedFileError.
 void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
 
 // As write(), with the bytes of the file at `source`, at the length that it has

@@ -9,7 +9,7 @@
 
 namespace quire {
 
-class FileError final : public Failure
+class FileError : public Failure
 {
 public:
     // action: completes "Could not …", as in "write the file". path: absolute.
@@ -26,6 +26,13 @@ private:
     QString m_action;
     QString m_path;
     int m_code;
+};
+
+// The file has its new content, but a power cut may bring the old one back.
+class UnsyncedFileError final : public FileError
+{
+public:
+    using FileError::FileError;
 };
 
 } // namespace quire

@@ -95,23 +95,28 @@ std::unique_ptr<SQLiteDatabase> openExisting(const QString &url, const PresentPl
     return database;
 }
 
-// Records the new folder. Throws FileError, the record naming the old one. The
-// disk may have failed with the new record already in its place; where that
-// cannot be taken back it stands, since the next start goes by it.
-void record(const QString &recordURL, const QString &folder, const PresentPlace &present)
+// Whether the record names `folder` again.
+bool takeBack(const QString &recordURL, const QString &folder)
 {
-    const auto isRecorded = [&] { return QuireLibraryLocation::recordedDirectory(recordURL) == folder; };
     try {
         QuireLibraryLocation::save(folder, recordURL);
+        return true;
+    } catch (const UnsyncedFileError &) {
+        return true;
     } catch (const FileError &) {
-        if (isRecorded()) {
-            try {
-                QuireLibraryLocation::save(present.supportDirectory, recordURL);
-            } catch (const FileError &) {
-                // What the record now says decides.
-            }
-        }
-        if (!isRecorded()) {
+        return false;
+    }
+}
+
+// Records the new folder. Throws FileError, the record naming the old one. A new
+// record that is in its place already and cannot be taken back stands, since the
+// next start goes by it.
+void record(const QString &recordURL, const QString &folder, const PresentPlace &present)
+{
+    try {
+        QuireLibraryLocation::save(folder, recordURL);
+    } catch (const UnsyncedFileError &) {
+        if (takeBack(recordURL, present.supportDirectory)) {
             throw;
         }
     }

@@ -215,6 +215,20 @@ TEST_F(DurableFileTest, AFolderIsCreatedInOneThatMayBeWrittenButNotRead)
     EXPECT_TRUE(QFileInfo(file(QStringLiteral("drop/a/b"))).isDir());
 }
 
+TEST_F(DurableFileTest, AWriteWhoseNameCannotBeSyncedTellsThatTheFileIsNewAllTheSame)
+{
+    const QString folder = file(QStringLiteral("unreadable"));
+    QDir().mkpath(folder);
+    ::chmod(QFile::encodeName(folder).constData(), 0333);
+    {
+        const UnprivilegedUser user(m_folder.path());
+        const auto write = [&] { DurableFile::write(folder + QStringLiteral("/a"), "x"); };
+        EXPECT_EQ(thrownBy<UnsyncedFileError>(write)->code(), EACCES);
+    }
+    ::chmod(QFile::encodeName(folder).constData(), 0755);
+    EXPECT_EQ(content(QStringLiteral("unreadable/a")), "x");
+}
+
 TEST_F(DurableFileTest, AMovedFileHasItsNewNameAlone)
 {
     DurableFile::write(file(QStringLiteral("a")), "x", 0600);
