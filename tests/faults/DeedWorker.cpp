@@ -6,6 +6,7 @@
 #include "concurrency/SystemClock.h"
 #include "faults/FaultBench.h"
 #include "faults/FaultyDisk.h"
+#include "persistence/AppDirectories.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
 #include "testing/ImportRecords.h"
@@ -50,7 +51,10 @@ int main(int argc, char *argv[])
         disk.strike(arguments.value(3).toInt(), FaultyDisk::Lasting::Once, FaultyDisk::Stroke::End);
     }
     const SystemClock clock;
-    LibraryStore store(clock, arguments.value(1));
+    // The default folder is not given to a store, as the program does not: then it
+    // keeps the record of the library's place.
+    const bool isDefault = arguments.value(1) == AppDirectories::supportDirectory();
+    LibraryStore store(clock, isDefault ? std::nullopt : std::optional(arguments.value(1)));
     try {
         store.prepare(true).waitForFinished();
         run(store, arguments.value(2));

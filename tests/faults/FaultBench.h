@@ -63,6 +63,9 @@ public:
     // A store of another start of the program.
     void restart();
 
+    // Where the next start looks for the library.
+    QString libraryFolder() const;
+
     // Needs no open library, and leaves none.
     LibraryContent content() const { return LibraryContent::read(libraryFolder(), m_folder); }
     FolderImage image() const { return readFolder(m_folder); }
@@ -72,9 +75,6 @@ public:
     QStringList findingsOfFurtherWork();
 
 private:
-    // Where the next start looks for it.
-    QString libraryFolder() const;
-
     Place m_place;
     QTemporaryDir m_root; // first: outlives the store
     QString m_folder;

@@ -1,25 +1,42 @@
 // The program is killed at random moments while it works: what it was told to be
 // done is there, nothing is there by half, and the library opens again.
 
+#include "faults/DeedTrial.h"
 #include "faults/FaultBench.h"
 #include "faults/Torture.h"
 #include "faults/WorkerDeeds.h"
 #include "persistence/database/SQLiteDatabase.h"
-#include "persistence/OldLibraries.h"
 #include "records/Failure.h"
 #include "reliability/QuireBackupManifest.h"
 #include "testing/ChildProcess.h"
 
 #include <QCryptographicHash>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 
 #include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace quire;
 using namespace quire::testing;
 
 namespace {
+
+// A lock whose maker was killed before its record was there is respected for two
+// seconds, which pass here.
+void letOwnerlessLockAge(const QString &libraryFolder)
+{
+    const QString lock = libraryFolder + QStringLiteral("/.Quire Locks/Quire Library.lock");
+    if (!QFileInfo::exists(lock + QStringLiteral("/Owner.json"))) {
+        constexpr timespec longAgo{.tv_sec = 1'000'000'000, .tv_nsec = 0};
+        const timespec times[2]{longAgo, longAgo};
+        ::utimensat(AT_FDCWD, QFile::encodeName(lock).constData(), times, 0); // when there is one
+    }
+}
 
 // What the worker's journal tells of a library.
 class Expectation
@@ -131,6 +148,7 @@ private:
     // Half of the workers are killed while they start, the others at work.
     QStringList live(const QString &journal)
     {
+        letOwnerlessLockAge(m_bench.folder());
         QStringList arguments{m_bench.folder(), journal, QString::number(1 + m_torture.below(1'000'000'000))};
         if (m_early) {
             arguments.append(QStringLiteral("early"));
@@ -195,7 +213,99 @@ void killAtRandom(Place place)
     }
 }
 
+LibraryContent withoutHistory(LibraryContent content)
+{
+    content.rows.remove(QStringLiteral("background_job_history"));
+    content.rows.remove(QStringLiteral("sqlite_sequence"));
+    return content;
+}
+
+// One deed of a program, and the places where the library may rest on its way.
+class KillingInADeed
+{
+public:
+    // name: of the deed; word: what makes the worker do it.
+    KillingInADeed(Place place, const char *name, const char *word)
+        : m_bench(place)
+        , m_word(QLatin1String(word))
+    {
+        for (const Deed &deed : allDeeds(place)) {
+            if (qstrcmp(deed.name, name) == 0) {
+                m_start = deed.start;
+                const DeedTrial trial(deed, m_bench);
+                for (const LibraryContent &rest : trial.rests()) {
+                    m_rests.push_back(withoutHistory(rest));
+                }
+            }
+        }
+    }
+
+    // Kills it at a moment of its usual duration. What was found.
+    QStringList run(Torture &torture)
+    {
+        m_bench.reset(m_start);
+        ChildProcess worker(QStringLiteral(QUIRE_DEED_WORKER), {m_bench.folder(), m_word});
+        if (!m_duration) {
+            QElapsedTimer clock;
+            clock.start();
+            worker.waitUntilEnded();
+            m_duration = int(clock.nsecsElapsed() / 1'000);
+        } else {
+            QThread::usleep(unsigned(torture.below(*m_duration)));
+            worker.kill();
+            worker.waitUntilEnded();
+        }
+        return look();
+    }
+
+private:
+    QStringList look()
+    {
+        QStringList findings;
+        try {
+            const LibraryContent content = withoutHistory(m_bench.content());
+            if (std::find(m_rests.begin(), m_rests.end(), content) == m_rests.end()) {
+                findings.append(QStringLiteral("between: ") + content.difference(m_rests.front()));
+            }
+        } catch (const Failure &failure) {
+            findings.append(QStringLiteral("cannot be read: ") + failure.description());
+        }
+        letOwnerlessLockAge(m_bench.folder());
+        letOwnerlessLockAge(m_bench.libraryFolder());
+        m_bench.restart();
+        return findings + m_bench.findingsOfFurtherWork();
+    }
+
+    FaultBench m_bench;
+    QString m_word;
+    FolderImage m_start;
+    std::vector<LibraryContent> m_rests;
+    std::optional<int> m_duration; // in microseconds, once it is known
+};
+
+void killInADeed(Place place, const char *what, const char *name, const char *word)
+{
+    Torture torture("R01", what);
+    KillingInADeed killing(place, name, word);
+    const int kills = Torture::scaled(25);
+    for (int done = 0; done <= kills; ++done) { // the first is not killed
+        torture.addFindings(killing.run(torture));
+    }
+    torture.addRounds(kills);
+}
+
 } // namespace
+
+TEST(KillAtRandom, WhileItMigratesLeavesALibraryOfOneVersion)
+{
+    killInADeed(Place::DefaultFolder, "the program is killed while it migrates", "migration from version 0", "open");
+    killInADeed(Place::ChosenFolder, "the program is killed while it migrates", "migration from version 1", "open");
+}
+
+TEST(KillAtRandom, WhileItMovesLeavesTheLibraryWhereTheRecordSays)
+{
+    killInADeed(Place::DefaultFolder, "the program is killed while it moves", "move to a chosen folder", "move");
+}
 
 TEST(KillAtRandom, LosesNothingThatWasToldToBeDoneInTheDefaultFolder)
 {

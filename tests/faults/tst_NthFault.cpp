@@ -80,6 +80,21 @@ void sweepEverything(Place place, Lasting lasting, Stroke stroke, int every)
     }
 }
 
+// A migration goes from one version to the next, and rests nowhere on its way.
+QStringList restsOnTheWay(const DeedTrial &trial)
+{
+    QStringList findings;
+    const auto &rests = trial.rests();
+    for (std::size_t i = 1; i < rests.size(); ++i) {
+        if (rests[i].version <= rests[i - 1].version) {
+            findings.append(QStringLiteral("%1 rests within version %2: %3")
+                                .arg(QLatin1String(trial.deed().name), QString::number(rests[i].version),
+                                    rests[i].difference(rests[i - 1])));
+        }
+    }
+    return findings;
+}
+
 } // namespace
 
 TEST(NthFault, OneFailureInTheDefaultFolderLeavesBeforeOrAfter)
@@ -112,7 +127,37 @@ TEST(NthFault, AFullDiskUnderAChosenFolderLeavesBeforeOrAfter)
     sweepEverything(Place::ChosenFolder, Lasting::FromThenOn, Stroke::FailAsFull, 6);
 }
 
-// The control: the same edit without its transaction stops in the middle.
+TEST(NthFault, AMigrationRestsAtVersionsAlone)
+{
+    for (const Place place : {Place::DefaultFolder, Place::ChosenFolder}) {
+        Torture torture("R14", "where a migration rests");
+        FaultBench bench(place);
+        for (const Deed &deed : allDeeds(place)) {
+            if (deed.kind == Deed::Kind::Opening && qstrcmp(deed.row, "R14") == 0) {
+                const DeedTrial trial(deed, bench);
+                torture.addRounds(int(trial.rests().size()));
+                torture.addFindings(restsOnTheWay(trial));
+            }
+        }
+    }
+}
+
+// The controls: a migration, and an edit, without its transaction.
+
+TEST(NthFault, AMigrationWithoutATransactionIsCaught)
+{
+    FaultBench bench(Place::ChosenFolder);
+    const Deed broken{"migration without a transaction", Deed::Kind::Opening, filledLibrary(Place::ChosenFolder),
+        [&](LibraryStore &) {
+            SQLiteDatabase(bench.folder() + QStringLiteral("/quire.db")).executeScript(R"sql(
+                UPDATE goodreads_books SET shelf = 'migrated';
+                PRAGMA user_version = 3;
+            )sql");
+        }};
+    EXPECT_FALSE(restsOnTheWay(DeedTrial(broken, bench)).isEmpty());
+}
+
+// The same edit without its transaction stops in the middle.
 TEST(NthFault, AnEditWithoutATransactionIsCaught)
 {
     FaultBench bench(Place::ChosenFolder);
