@@ -9,7 +9,7 @@ QFuture<bool> LibraryStore::relocateDatabase(const QString &folder)
 {
     return m_executor.submit([state = m_state.get(), folder] {
         auto place = Relocation::open({state->supportDirectory, state->databaseURL(), state->localStateDirectory,
-                                          state->locationRecordURL, state->cloudLineageStore},
+                                          state->locationRecordURL, state->cloudLineageStore, state->database.get()},
             folder, state->clock);
         if (!place) {
             return false;

@@ -72,6 +72,9 @@ void removeLeftCopies(const QString &folder)
 void fillCopy(const Copy &copy, const PresentPlace &present, const QString &folder)
 {
     const QString failed = QStringLiteral("The copied Quire database failed its integrity check.");
+    if (present.database) {
+        present.database->requireInPlace(); // what is copied is what lies at the path
+    }
     SQLiteDatabase::backUp(present.databaseURL, copy.path());
     {
         const auto database = LibraryOpening::openPrepared(copy.path(), folder, present.localStateDirectory);

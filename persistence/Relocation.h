@@ -30,6 +30,7 @@ struct PresentPlace
     QString localStateDirectory; // takes the copies that migrations make
     std::optional<QString> locationRecordURL; // absent for a library without a record
     QuireCloudLineageStore cloudLineageStore; // which libraries this machine remembers
+    const SQLiteDatabase *database = nullptr; // the connection to it, when it is open
 };
 
 // The library open in its new folder, under a lease there.

@@ -61,6 +61,10 @@ void refuseEveryDeedAfter(Place place, Move move, Torture &torture)
         if (deed.kind != Deed::Kind::Edit || qstrcmp(deed.name, "reload") == 0) {
             continue;
         }
+        // Of the moves of a library one begins with the file at `place` and copies it.
+        if (qstrcmp(deed.row, "R15") == 0 && qstrcmp(deed.name, "move to a chosen folder") != 0) {
+            continue;
+        }
         bench.reset(deed.start);
         bench.open();
         make(move, bench);
