@@ -60,11 +60,12 @@ public:
     void open(bool recoveringFromCrash = false);
     void close();
 
-    // A store of another start of the program.
-    void restart();
+    // Makes a lock old whose maker ended before its record was there, which is
+    // respected for two seconds.
+    void letTimePass() const;
 
-    // Where the next start looks for the library.
-    QString libraryFolder() const;
+    // A store of another start of the program, some time later.
+    void restart();
 
     // Needs no open library, and leaves none.
     LibraryContent content() const { return LibraryContent::read(libraryFolder(), m_folder); }
@@ -75,6 +76,9 @@ public:
     QStringList findingsOfFurtherWork();
 
 private:
+    // Where the next start looks for the library.
+    QString libraryFolder() const;
+
     Place m_place;
     QTemporaryDir m_root; // first: outlives the store
     QString m_folder;

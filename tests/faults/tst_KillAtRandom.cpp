@@ -13,30 +13,14 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QThread>
 
 #include <gmock/gmock.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 using namespace quire;
 using namespace quire::testing;
 
 namespace {
-
-// A lock whose maker was killed before its record was there is respected for two
-// seconds, which pass here.
-void letOwnerlessLockAge(const QString &libraryFolder)
-{
-    const QString lock = libraryFolder + QStringLiteral("/.Quire Locks/Quire Library.lock");
-    if (!QFileInfo::exists(lock + QStringLiteral("/Owner.json"))) {
-        constexpr timespec longAgo{.tv_sec = 1'000'000'000, .tv_nsec = 0};
-        const timespec times[2]{longAgo, longAgo};
-        ::utimensat(AT_FDCWD, QFile::encodeName(lock).constData(), times, 0); // when there is one
-    }
-}
 
 // What the worker's journal tells of a library.
 class Expectation
@@ -148,7 +132,7 @@ private:
     // Half of the workers are killed while they start, the others at work.
     QStringList live(const QString &journal)
     {
-        letOwnerlessLockAge(m_bench.folder());
+        m_bench.letTimePass();
         QStringList arguments{m_bench.folder(), journal, QString::number(1 + m_torture.below(1'000'000'000))};
         if (m_early) {
             arguments.append(QStringLiteral("early"));
@@ -270,8 +254,6 @@ private:
         } catch (const Failure &failure) {
             findings.append(QStringLiteral("cannot be read: ") + failure.description());
         }
-        letOwnerlessLockAge(m_bench.folder());
-        letOwnerlessLockAge(m_bench.libraryFolder());
         m_bench.restart();
         return findings + m_bench.findingsOfFurtherWork();
     }
