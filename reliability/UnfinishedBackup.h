@@ -10,8 +10,9 @@
 namespace quire::UnfinishedBackup {
 
 // Removes the backup file, what SQLite kept beside it, its manifest and its
-// marker, as far as they are there and can be removed. backup: absolute path of
-// the backup file, which nobody has open.
+// marker, as far as they are there and can be removed; the marker stays with a
+// backup that cannot be removed. backup: absolute path of the backup file, which
+// nobody has open.
 void discard(const std::filesystem::path &backup);
 
 } // namespace quire::UnfinishedBackup
