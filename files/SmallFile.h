@@ -19,7 +19,12 @@ inline constexpr qint64 maximumBytes = 1 << 20;
 // read, it is no ordinary file, or it is longer than `maximum` bytes.
 std::optional<QByteArray> read(const QString &path, qint64 maximum = maximumBytes);
 
-// The same from an open file that nobody has read from; it stays open.
+// As read(), but throws FileError where the file may well be there and the system
+// could not open it at this moment: too many files are open, or the disk failed.
+// For records whose absence means something.
+std::optional<QByteArray> readIfThere(const QString &path);
+
+// As read() from an open file that nobody has read from; it stays open.
 std::optional<QByteArray> read(int descriptor, qint64 maximum = maximumBytes);
 
 } // namespace quire::SmallFile

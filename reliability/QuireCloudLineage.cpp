@@ -75,7 +75,7 @@ void QuireCloudLineageStore::save(const QuireCloudLineage &lineage, const QStrin
 
 std::optional<QuireCloudLineage> QuireCloudLineageStore::read(const QString &databaseURL) const
 {
-    const auto bytes = SmallFile::read(recordURL(databaseURL));
+    const auto bytes = SmallFile::readIfThere(recordURL(databaseURL));
     return bytes ? decode(*bytes) : std::nullopt;
 }
 

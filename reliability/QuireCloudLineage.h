@@ -52,7 +52,8 @@ public:
     void save(const QuireCloudLineage &lineage, const QString &databaseURL) const;
 
     // Nothing when there is no record or it cannot be understood: then there is
-    // nothing to compare with.
+    // nothing to compare with. Throws FileError when the system could not open it
+    // at this moment, which says nothing of what it remembers.
     std::optional<QuireCloudLineage> read(const QString &databaseURL) const;
 
 private:

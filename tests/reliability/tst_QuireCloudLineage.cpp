@@ -1,6 +1,7 @@
 #include "reliability/QuireCloudLineage.h"
 
 #include "files/FileError.h"
+#include "testing/ResourceLimit.h"
 #include "testing/TestFiles.h"
 #include "testing/ThrownFailure.h"
 
@@ -99,6 +100,16 @@ TEST_F(QuireCloudLineageTest, WhatDecodesIsAMemoryWhateverElseItSays)
     put(R"({"generation": 41.0, "libraryUUID": "", "lineageToken": "t", "recordedAt": "3026", "later": [1, {}]})");
     const QuireCloudLineage expected{QString(), 41, QStringLiteral("t"), QStringLiteral("3026")};
     EXPECT_EQ(store.read(library), expected);
+}
+
+TEST_F(QuireCloudLineageTest, ARecordThatCannotBeOpenedJustNowIsNotForgotten)
+{
+    store.save(seen, library);
+    {
+        const FewFiles none(0);
+        EXPECT_THROW(store.read(library), FileError);
+    }
+    EXPECT_EQ(store.read(library), seen);
 }
 
 TEST_F(QuireCloudLineageTest, AFolderInTheRecordsPlaceIsNoMemoryAndCannotBeWritten)
