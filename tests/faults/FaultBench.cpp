@@ -4,6 +4,7 @@
 #include "persistence/QuireLibraryLocation.h"
 #include "records/Failure.h"
 #include "reliability/QuireCloudLineage.h"
+#include "reliability/QuireLibraryLeaseOwner.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,6 +12,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace quire::testing {
 
@@ -30,6 +32,21 @@ FolderImage rememberedAt(const QString &folder, const FolderImage &image)
         moved.insert(record.match(file.key()).hasMatch() ? QDir(folder).relativeFilePath(url) : file.key(), *file);
     }
     return moved;
+}
+
+// Whoever held the lock of an image is no more: the program was started anew, after
+// a power cut perhaps.
+FolderImage withoutHolder(FolderImage image)
+{
+    for (auto file = image.begin(); file != image.end(); ++file) {
+        auto owner = file.key().endsWith(QStringLiteral("/Owner.json")) ? QuireLibraryLeaseOwner::decoded(*file)
+                                                                        : std::nullopt;
+        if (owner && owner->processID == ::getpid()) {
+            owner->processID = 2'000'000'000; // beyond what any system gives
+            *file = owner->encoded();
+        }
+    }
+    return image;
 }
 
 // Faults are made, not waited for: a folder in memory is as good and far faster.
@@ -76,7 +93,7 @@ void FaultBench::reset(const FolderImage &image)
     qputenv("HOME", QFile::encodeName(m_folder));
     QDir(m_folder).removeRecursively();
     QDir().mkpath(m_folder);
-    writeFolder(m_folder, rememberedAt(m_folder, image));
+    writeFolder(m_folder, withoutHolder(rememberedAt(m_folder, image)));
     restart();
     FaultyDisk::instance().watch(m_folder);
 }
@@ -95,10 +112,13 @@ void FaultBench::letTimePass() const
 {
     for (const QString &folder : {m_folder, libraryFolder()}) {
         const QString lock = folder + QStringLiteral("/.Quire Locks/Quire Library.lock");
-        if (!QFileInfo::exists(lock + QStringLiteral("/Owner.json"))) {
+        const QString record = lock + QStringLiteral("/Owner.json");
+        if (!QuireLibraryLeaseOwner::read(record)) {
             constexpr timespec longAgo{.tv_sec = 1'000'000'000, .tv_nsec = 0};
             const timespec times[2]{longAgo, longAgo};
-            ::utimensat(AT_FDCWD, QFile::encodeName(lock).constData(), times, 0); // when there is one
+            for (const QString &path : {lock, record}) {
+                ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0); // when it is there
+            }
         }
     }
 }

@@ -50,9 +50,10 @@ public:
 
     // Makes the folder hold these files and nothing else, what this machine
     // remembers of the library among them, and a store that is not open yet.
-    // Whatever was open is closed. Sets the environment so that the default folder
-    // is this bench's own, and the home folder the watched one; a test with several
-    // benches does this before each use.
+    // Whatever was open is closed, and whoever held a lock in the image is no more.
+    // Sets the environment so that the default folder is this bench's own, and the
+    // home folder the watched one; a test with several benches does this before
+    // each use.
     void reset(const FolderImage &image);
 
     // The store, open or not.
@@ -60,8 +61,8 @@ public:
     void open(bool recoveringFromCrash = false);
     void close();
 
-    // Makes a lock old whose maker ended before its record was there, which is
-    // respected for two seconds.
+    // Makes a lock old whose maker ended before its record was there and whole,
+    // which is respected for two seconds.
     void letTimePass() const;
 
     // A store of another start of the program, some time later.
