@@ -187,8 +187,8 @@ TEST_F(AppModelFailedStart, ALibraryThatOpensButCannotBeRead)
     await(model->start());
     ASSERT_TRUE(model->notice());
     EXPECT_EQ(model->notice()->title, QStringLiteral("Quire Could Not Open"));
-    EXPECT_THAT(model->notice()->message.toStdString(),
-        MatchesRegex("Could not prepare a database query: no such column: .*"));
+    EXPECT_THAT(
+        model->notice()->message.toStdString(), MatchesRegex("Could not prepare a database query: no such column: .*"));
     EXPECT_THAT(logLines(), ElementsAre(QStringLiteral("Startup failed: ") + model->notice()->message));
     EXPECT_FALSE(model->isReady());
     EXPECT_EQ(clock.sleepers(), 0U) << "a schedule was started";

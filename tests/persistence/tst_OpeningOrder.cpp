@@ -107,12 +107,7 @@ TEST(OpeningOrder, StopsAtTheFirstFailureInItsOrderAndLetsGoOfEverything)
                 all[step].spoil(library);
             }
         }
-        try {
-            library.open(true);
-            ADD_FAILURE() << all[first].what << ": opened";
-        } catch (const std::exception &failure) {
-            EXPECT_TRUE(all[first].isItsFailure(failure)) << all[first].what << ": " << failure.what();
-        }
+        EXPECT_TRUE(thrownByIs([&] { library.open(true); }, all[first].isItsFailure)) << all[first].what;
         rival.release();
         EXPECT_FALSE(library.isLeaseHeld()) << all[first].what;
         EXPECT_FALSE(library.isHeldOpen()) << all[first].what;

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <optional>
 #include <ostream>
 
@@ -33,6 +34,21 @@ std::optional<Expected> thrownBy(Work work)
     }
     ADD_FAILURE() << "nothing was thrown";
     return std::nullopt;
+}
+
+// The same for a failure of any type: success when `isExpected` says so of it.
+template<typename Work, typename Predicate>
+::testing::AssertionResult thrownByIs(Work work, Predicate isExpected)
+{
+    try {
+        work();
+    } catch (const std::exception &failure) {
+        if (isExpected(failure)) {
+            return ::testing::AssertionSuccess();
+        }
+        return ::testing::AssertionFailure() << failure.what();
+    }
+    return ::testing::AssertionFailure() << "nothing was thrown";
 }
 
 } // namespace quire::testing
