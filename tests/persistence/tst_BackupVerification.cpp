@@ -11,7 +11,6 @@
 
 using namespace quire;
 using namespace quire::testing;
-using ::testing::ElementsAre;
 
 namespace {
 
