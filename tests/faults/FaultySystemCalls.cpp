@@ -102,6 +102,8 @@ int onPath(const char *name, const char *path, Call call, Note note)
 
 } // namespace
 
+// The linker asks for these names.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 int __real_open(const char *path, int flags, ...);
@@ -220,3 +222,4 @@ int __wrap_rmdir(const char *path)
 }
 
 } // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)

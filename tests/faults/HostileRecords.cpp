@@ -117,8 +117,8 @@ QByteArray bomb(Torture &torture)
 {
     const int depth = 2'000 + torture.below(30'000);
     return oneOf(torture,
-        {QByteArray(depth, '['), QByteArray("{\"token\":").repeated(depth / 10),
-            QByteArray(depth, '[') + QByteArray(depth, ']'), "{\"hostName\":\"" + QByteArray(depth, '\\') + "\"}",
+        {QByteArray(depth, '['), QByteArray(R"({"token":)").repeated(depth / 10),
+            QByteArray(depth, '[') + QByteArray(depth, ']'), R"({"hostName":")" + QByteArray(depth, '\\') + R"("})",
             QByteArray(int(QuireLibraryLeaseOwner::maximumSize) + depth, ' ')});
 }
 
@@ -131,7 +131,7 @@ HostileRecord drawRecord(Torture &torture)
     const QJsonObject object = QJsonDocument::fromJson(bytes).object();
     const QStringList keys{QStringLiteral("token"), QStringLiteral("processID"), QStringLiteral("hostName"),
         QStringLiteral("createdAt"), QStringLiteral("hostID")};
-    const QString key = keys.at(torture.below(5));
+    const QString &key = keys.at(torture.below(5));
     const int cut = torture.below(int(bytes.size()));
     const std::optional<QuireLibraryLeaseOwner> nothing;
 

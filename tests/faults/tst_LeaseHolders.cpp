@@ -100,7 +100,7 @@ QString play(const Situation &situation, const Flaws &flaws = {})
         {.clockError = situation.rivalClock, .rounds = 4, .silent = flaws.rivalPatience, .flaw = flaws.rival});
     const Answer answer = rival.acquire();
     const bool isTaken = answer == Answer::Won;
-    if (isTaken != situation.isAbandoned() || !(isTaken || answer == Answer::Busy)) {
+    if (isTaken != situation.isAbandoned() || (!isTaken && answer != Answer::Busy)) {
         return isTaken ? QStringLiteral("taken from its holder") : QStringLiteral("not taken over");
     }
     if (library.holder() != (isTaken ? rival.token() : holder.token())) {
