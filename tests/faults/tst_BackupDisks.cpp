@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -33,8 +34,8 @@ class Scene
 {
 public:
     // backups: a folder that exists.
-    explicit Scene(const QString &backups)
-        : m_folder(backups)
+    explicit Scene(QString backups)
+        : m_folder(std::move(backups))
     {
         SQLiteDatabase database(m_library.databasePath());
         for (int i = 1; i <= 30; ++i) {
@@ -327,7 +328,7 @@ TEST_F(BackupDisks, ShowACopyThatTakesNoCare)
 {
     Scene scene(newFolder(QStringLiteral("backups")));
     const auto careless = [&] {
-        const QString copy = scene.folder() + QStringLiteral("/careless.db");
+        QString copy = scene.folder() + QStringLiteral("/careless.db");
         SQLiteDatabase::backUp(scene.library().databasePath(), copy);
         return copy;
     };

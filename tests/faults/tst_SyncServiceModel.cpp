@@ -241,7 +241,7 @@ Tally runFaulty(Torture &torture, int histories, const Tamper &tamper = {})
 {
     Tally tally;
     const bool isControl = bool(tamper); // one finding is all that is asked of it
-    for (int history = 0; history < histories && !(isControl && !tally.findings.isEmpty()); ++history) {
+    for (int history = 0; history < histories && (!isControl || tally.findings.isEmpty()); ++history) {
         SyncService service(torture, tamper);
         for (int step = 0; step < 3; ++step) {
             service.honestStep();
