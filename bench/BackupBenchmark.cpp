@@ -82,7 +82,7 @@ public:
     // An empty folder for backups, and nothing that the disk still has to write.
     QString freshFolder() const
     {
-        const QString fresh = m_folder.filePath(QStringLiteral("backups"));
+        QString fresh = m_folder.filePath(QStringLiteral("backups"));
         QDir(fresh).removeRecursively();
         QDir().mkpath(fresh);
         ::sync();

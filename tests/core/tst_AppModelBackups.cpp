@@ -16,7 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::await;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::IsEmpty;

@@ -201,8 +201,8 @@ TEST_F(AppModelFailedStart, ALibraryThatOpensButCannotBeRead)
 
 TEST_F(AppModelFailedStart, AHostileSessionRecordIsNoneAndIsReplaced)
 {
-    for (const QByteArray &bytes : {QByteArray("{\"clean\": false, \"openedAt\": \"2026"),
-             QByteArray("{\"clean\": false, \"openedAt\": 5, \"sessionID\": \"67C8770B-44F1-410A-AB9A-F9B5446F13EE\"}"),
+    for (const QByteArray &bytes : {QByteArray(R"({"clean": false, "openedAt": "2026)"),
+             QByteArray(R"({"clean": false, "openedAt": 5, "sessionID": "67C8770B-44F1-410A-AB9A-F9B5446F13EE"})"),
              QByteArray(100'000, '['), QByteArray(3 << 20, ' ') + "{}", QByteArray(4096, '\0')}) {
         testing::putFile(sessionFile(), bytes);
         makeModel(true);
