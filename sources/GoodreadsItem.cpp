@@ -2,6 +2,7 @@
 
 #include "records/Text.h"
 #include "sources/HTMLText.h"
+#include "sources/ServiceURL.h"
 
 #include <QUrl>
 
@@ -77,8 +78,8 @@ QString shelf(const QString &shelves, const std::optional<QString> &fallbackShel
 // Escaped as one segment of a path, so that any id gives an address.
 std::optional<Url> page(const QString &bookID, const QUrl &website)
 {
-    return Url::parse(website.toString(QUrl::RemovePath) + QStringLiteral("/book/show/")
-        + QString::fromLatin1(QUrl::toPercentEncoding(bookID)));
+    return ServiceURL::address(
+        website, QStringLiteral("/book/show/") + QString::fromLatin1(QUrl::toPercentEncoding(bookID)));
 }
 
 bool hasNumberSignWithDigits(QStringView text)

@@ -9,6 +9,7 @@
 #include "sources/GoodreadsXMLParser.h"
 #include "sources/NetworkClient.h"
 #include "sources/Redaction.h"
+#include "sources/ServiceURL.h"
 
 #include <QCoroFuture>
 #include <QHash>
@@ -67,13 +68,9 @@ private:
 
 QUrl feedURL(const QUrl &goodreads, const QString &userID, const QString &key, const FeedRequest &request)
 {
-    const auto escaped = [](const QString &text) { return QString::fromLatin1(QUrl::toPercentEncoding(text)); };
-    QUrl url = goodreads;
-    url.setPath(QStringLiteral("/review/list_rss/") + userID, QUrl::DecodedMode);
-    url.setQuery(QStringLiteral("key=%1&shelf=%2&per_page=%3")
-                     .arg(escaped(key), escaped(request.shelf.toString()), QString::number(request.perPage)),
-        QUrl::StrictMode);
-    return url;
+    return ServiceURL::request(goodreads, QStringLiteral("/review/list_rss/") + userID,
+        {{QStringLiteral("key"), key}, {QStringLiteral("shelf"), request.shelf.toString()},
+            {QStringLiteral("per_page"), QString::number(request.perPage)}});
 }
 
 // A feed may be 64 MiB long, too much for the interface thread.
