@@ -1,0 +1,21 @@
+// The images that Audible offers for a title, as its catalogue and its
+// application describe them alike.
+//
+// Thread: pure functions, any thread.
+
+#pragma once
+
+#include "records/Url.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+namespace quire::AudibleImages {
+
+// imagesBySize: URLs by their size in pixels, in decimal. The largest one's;
+// entries without a number or without a URL do not count.
+std::optional<Url> largest(const QHash<QString, QString> &imagesBySize);
+
+} // namespace quire::AudibleImages
