@@ -1,6 +1,6 @@
 #include "QuireApp/Covers/ArtworkImageCache.h"
 
-#include "QuireApp/Covers/CoverDecoder.h"
+#include "images/CoverDecoder.h"
 
 #include <QThread>
 

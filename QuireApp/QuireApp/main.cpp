@@ -1,8 +1,8 @@
 #include "concurrency/Detach.h"
+#include "images/StandInFonts.h"
 #include "persistence/AppLog.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 #include "QuireApp/QuireApp/TerminationSignals.h"
-#include "QuireApp/Theme/InterfaceFonts.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -24,7 +24,7 @@ int main(int argc, char *argv[])
 
     QQuickStyle::setStyle(QStringLiteral("Basic")); // ours is drawn on the templates
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering); // crisper at 10 to 14 pixels
-    quire::InterfaceFonts::installSubstitutes();
+    quire::StandInFonts::installAll();
     quire::setDetachReporter([](const QString &description) { quire::AppLog::write(description); });
 
     quire::QuireApplication quire;

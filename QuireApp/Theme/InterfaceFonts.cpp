@@ -4,34 +4,12 @@
 #include <QFontMetricsF>
 #include <QHash>
 
-#include <array>
 #include <cmath>
 #include <utility>
 
 namespace quire {
 
 namespace {
-
-struct Substitution
-{
-    InterfaceFontChoice choice;
-    QLatin1String standIn;
-};
-
-// Avenir Next is the default and so makes the program's face: of the free ones
-// Lato keeps its round, open letters at 11 to 14 pixels.
-constexpr std::array substitutions{
-    Substitution{InterfaceFontChoice::AvenirNext, QLatin1String("Lato")},
-    Substitution{InterfaceFontChoice::AvenirNext, QLatin1String("Inter")},
-    Substitution{InterfaceFontChoice::HelveticaNeue, QLatin1String("TeX Gyre Heros")},
-    Substitution{InterfaceFontChoice::Charter, QLatin1String("Charis SIL")},
-    Substitution{InterfaceFontChoice::Georgia, QLatin1String("Noto Serif")},
-    Substitution{InterfaceFontChoice::Baskerville, QLatin1String("Baskervald ADF Std")},
-    Substitution{InterfaceFontChoice::GillSans, QLatin1String("Gillius ADF")},
-    Substitution{InterfaceFontChoice::Futura, QLatin1String("League Spartan")},
-    Substitution{InterfaceFontChoice::Optima, QLatin1String("Linux Biolinum O")},
-    Substitution{InterfaceFontChoice::Palatino, QLatin1String("TeX Gyre Pagella")},
-};
 
 // A desktop that names no face of its own hands out fontconfig's aliases.
 bool isGenericAlias(const QString &family)
@@ -65,17 +43,6 @@ QString family(InterfaceFontChoice choice)
     return choice == InterfaceFontChoice::System ? systemFamily() : label(choice);
 }
 
-QStringList substitutes(InterfaceFontChoice choice)
-{
-    QStringList names;
-    for (const Substitution &substitution : substitutions) {
-        if (substitution.choice == choice) {
-            names.append(QString(substitution.standIn));
-        }
-    }
-    return names;
-}
-
 int capitalsDrop(const QString &family, int size)
 {
     static QHash<std::pair<QString, int>, int> known; // asked for by every text
@@ -93,13 +60,6 @@ int capitalsDrop(const QString &family, int size)
     const int drop = 2 * int(std::lround((wanted + line) / 2)) - line;
     known.insert({family, size}, drop);
     return drop;
-}
-
-void installSubstitutes()
-{
-    for (const Substitution &substitution : substitutions) {
-        QFont::insertSubstitution(label(substitution.choice), QString(substitution.standIn));
-    }
 }
 
 } // namespace InterfaceFonts

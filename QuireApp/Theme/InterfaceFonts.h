@@ -1,5 +1,4 @@
-// The families behind the reader's choice of font, and the free faces that
-// stand in for those that are not installed.
+// The families behind the reader's choice of font, and how their letters sit.
 //
 // Thread: interface thread, once an application object exists.
 
@@ -9,7 +8,6 @@
 
 #include <QFont>
 #include <QString>
-#include <QStringList>
 
 namespace quire {
 
@@ -27,17 +25,10 @@ namespace InterfaceFonts {
 // The family asked for. For every choice but System that is its label.
 QString family(InterfaceFontChoice choice);
 
-// The free faces that stand in for a choice, the best one first; empty for
-// System.
-QStringList substitutes(InterfaceFontChoice choice);
-
 // What a line of text wants above it, in whole logical pixels, for its capitals
 // to stand in its middle; negative where it wants that much below. Faces differ
 // by several pixels in where their line leaves room. size: logical pixels.
 int capitalsDrop(const QString &family, int size);
-
-// Tells the toolkit of all substitutes. Called once, before the first text.
-void installSubstitutes();
 
 } // namespace InterfaceFonts
 

@@ -16,23 +16,6 @@ TEST(InterfaceFonts, AChoiceAsksForTheFamilyOfItsLabel)
     EXPECT_EQ(font.weight(), QFont::DemiBold);
 }
 
-TEST(InterfaceFonts, EveryNamedFamilyHasAFreeStandIn)
-{
-    InterfaceFonts::installSubstitutes();
-    for (const auto choice :
-        {InterfaceFontChoice::AvenirNext, InterfaceFontChoice::HelveticaNeue, InterfaceFontChoice::Charter,
-            InterfaceFontChoice::Georgia, InterfaceFontChoice::Baskerville, InterfaceFontChoice::GillSans,
-            InterfaceFontChoice::Futura, InterfaceFontChoice::Optima, InterfaceFontChoice::Palatino}) {
-        const QStringList names = InterfaceFonts::substitutes(choice);
-        EXPECT_FALSE(names.isEmpty()) << qPrintable(label(choice));
-        QStringList known; // the toolkit keeps them in lower case
-        for (const QString &name : names) {
-            known.append(name.toLower());
-        }
-        EXPECT_EQ(QFont::substitutes(label(choice)), known) << qPrintable(label(choice));
-    }
-}
-
 } // namespace
 
 } // namespace quire

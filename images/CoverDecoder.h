@@ -23,4 +23,7 @@ QByteArray format(const QByteArray &bytes);
 // never enlarged; null when the bytes are none of the formats or do not decode.
 QImage thumbnail(const QByteArray &bytes);
 
+// Whether the bytes are a picture that can be shown: they are decoded to tell.
+bool isUsableImage(const QByteArray &bytes);
+
 } // namespace quire::CoverDecoder

@@ -1,4 +1,4 @@
-#include "QuireApp/Covers/CoverDecoder.h"
+#include "images/CoverDecoder.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "QuireApp/Covers/CoverDecoder.h"
+#include "images/CoverDecoder.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -61,6 +61,11 @@ QImage thumbnail(const QByteArray &bytes)
     const QImage picture = reader.read();
     return picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+}
+
+bool isUsableImage(const QByteArray &bytes)
+{
+    return !thumbnail(bytes).isNull();
 }
 
 } // namespace quire::CoverDecoder
