@@ -89,9 +89,10 @@ void replaceAudiobookCover(SQLiteDatabase &database, qint64 id, const Url &url, 
         {url.text(), artwork.bytes(), url.text(), id});
 }
 
-void store(SQLiteDatabase &database, const CoverBytes &artwork, const ArtworkRequest &request, const QString &source)
+void store(SQLiteDatabase &database, const std::optional<CoverBytes> &artwork, const ArtworkRequest &request,
+    const QString &source)
 {
-    database.execute(storeSql(request.kind), {artwork.bytes(), source, request.id});
+    database.execute(storeSql(request.kind), {bytesOf(artwork), source, request.id});
 }
 
 } // namespace quire::ArtworkRows

@@ -13,6 +13,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace quire {
 
 class SQLiteDatabase;
@@ -28,8 +30,10 @@ QList<ArtworkRequest> requestsNeedingCache(const SQLiteDatabase &database);
 // Replaces whatever cover the audiobook has.
 void replaceAudiobookCover(SQLiteDatabase &database, qint64 id, const Url &url, const CoverBytes &artwork);
 
-// source: a URL's text, "manual" or "generated:placeholder". Touches no date.
-void store(SQLiteDatabase &database, const CoverBytes &artwork, const ArtworkRequest &request, const QString &source);
+// artwork: absent leaves the title without a cover. source: a URL's text,
+// "manual" or "generated:placeholder". Touches no date.
+void store(SQLiteDatabase &database, const std::optional<CoverBytes> &artwork, const ArtworkRequest &request,
+    const QString &source);
 
 } // namespace ArtworkRows
 

@@ -120,8 +120,10 @@ public:
     QFuture<QList<ArtworkRequest>> artworkRequestsNeedingCache();
     // Replaces an existing cover: only at the reader's command.
     QFuture<void> updateAudiobookCover(qint64 id, const Url &url, const CoverBytes &artwork);
-    // source: a URL's text, "manual" or "generated:placeholder".
-    QFuture<void> storeArtwork(const CoverBytes &artwork, const ArtworkRequest &request, const QString &source);
+    // artwork: absent leaves the title without a cover. source: a URL's text,
+    // "manual" or "generated:placeholder".
+    QFuture<void> storeArtwork(
+        const std::optional<CoverBytes> &artwork, const ArtworkRequest &request, const QString &source);
 
     // Imports: all or nothing, and never at the expense of what the reader
     // entered. ------------------------------------------------------------

@@ -63,7 +63,7 @@ QFuture<void> LibraryStore::updateAudiobookCover(qint64 id, const Url &url, cons
 }
 
 QFuture<void> LibraryStore::storeArtwork(
-    const CoverBytes &artwork, const ArtworkRequest &request, const QString &source)
+    const std::optional<CoverBytes> &artwork, const ArtworkRequest &request, const QString &source)
 {
     return read([artwork, request, source](State &state) {
         state.covers.forget(request.kind, request.id);
