@@ -23,12 +23,13 @@ qint64 secondsOf(Instant instant)
 
 FolderEntry entryAt(const std::filesystem::path &path)
 {
-    FolderEntry entry{path, std::nullopt, false};
+    FolderEntry entry{path, std::nullopt, std::nullopt, false};
     struct stat status
     {
     };
     if (::lstat(path.c_str(), &status) == 0) {
         entry.modified = FileDate{status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+        entry.size = status.st_size;
         entry.isFolder = S_ISDIR(status.st_mode);
     }
     return entry;

@@ -1,4 +1,4 @@
-// What lies in a folder: every entry with the date of its content, hidden ones
+// What lies in a folder: every entry with the date and size of its content, hidden ones
 // too. A symbolic link is told as itself and not as what it leads to.
 //
 // Thread: any; blocks on the disk.
@@ -33,6 +33,7 @@ struct FolderEntry
 {
     std::filesystem::path path; // in the bytes of the file system, whatever they are
     std::optional<FileDate> modified; // of the content; absent when it cannot be read
+    std::optional<qint64> size; // in bytes; absent as the date is
     bool isFolder = false;
 };
 

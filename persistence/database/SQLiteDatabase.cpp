@@ -18,6 +18,7 @@ namespace {
 constexpr int readOnlyFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_FULLMUTEX;
 constexpr int readWriteFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
 constexpr int busyTimeoutMilliseconds = 5000;
+constexpr int instructionsBetweenQuestions = 1000; // of SQLite's machine; well below a millisecond
 
 static_assert(readOnlyFlags == 0x10001 && readWriteFlags == 0x10006);
 
@@ -38,6 +39,22 @@ Connection openForCopy(const QString &path, int flags, const QString &failure)
         throw DatabaseError(DatabaseError::Kind::Backup, failure);
     }
     return connection;
+}
+
+template<typename Visit>
+void visitRows(SQLiteStatement &statement, const Visit &visit)
+{
+    QList<QString> names;
+    for (int column = 0; column < statement.columnCount(); ++column) {
+        names.append(statement.columnName(column));
+    }
+    while (statement.step()) {
+        SQLiteRow row;
+        for (int column = 0; column < int(names.size()); ++column) {
+            row.set(names[column], statement.value(column));
+        }
+        visit(row);
+    }
 }
 
 } // namespace
@@ -83,6 +100,22 @@ void SQLiteDatabase::setFoldsLogOnClose(bool folds)
 {
     if (m_handle) {
         sqlite3_db_config(m_handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, folds ? 0 : 1, nullptr);
+    }
+}
+
+void SQLiteDatabase::setMaximumLength(int bytes)
+{
+    if (m_handle) {
+        sqlite3_limit(m_handle, SQLITE_LIMIT_LENGTH, bytes);
+    }
+}
+
+void SQLiteDatabase::interruptWhen(std::function<bool()> isUnwanted)
+{
+    m_isUnwanted = std::move(isUnwanted);
+    if (m_handle) {
+        const auto ask = [](void *self) { return static_cast<SQLiteDatabase *>(self)->m_isUnwanted() ? 1 : 0; };
+        sqlite3_progress_handler(m_handle, instructionsBetweenQuestions, ask, this);
     }
 }
 
@@ -143,22 +176,18 @@ int SQLiteDatabase::execute(const char *sql, const QList<SQLiteValue> &values)
     return changes;
 }
 
+void SQLiteDatabase::forEachRow(const char *sql, const std::function<void(const SQLiteRow &)> &visit) const
+{
+    SQLiteStatement statement(*this, sql);
+    visitRows(statement, visit);
+}
+
 QList<SQLiteRow> SQLiteDatabase::query(const char *sql, const QList<SQLiteValue> &values) const
 {
     SQLiteStatement statement(*this, sql);
     statement.bind(values);
-    QList<QString> names;
-    for (int column = 0; column < statement.columnCount(); ++column) {
-        names.append(statement.columnName(column));
-    }
     QList<SQLiteRow> rows;
-    while (statement.step()) {
-        SQLiteRow row;
-        for (int column = 0; column < int(names.size()); ++column) {
-            row.set(names[column], statement.value(column));
-        }
-        rows.append(std::move(row));
-    }
+    visitRows(statement, [&rows](const SQLiteRow &row) { rows.append(row); });
     return rows;
 }
 
@@ -177,8 +206,9 @@ std::optional<SQLiteValue> SQLiteDatabase::scalar(const char *sql, const QList<S
 
 bool SQLiteDatabase::firstValueIsOk(const char *pragma) const
 {
-    const auto first = scalar(pragma);
-    return first && first->string({}) == QStringLiteral("ok");
+    // What it finds first is the answer: going on to look, it may fail on that.
+    SQLiteStatement statement(*this, pragma);
+    return statement.step() && statement.string(0, {}) == QStringLiteral("ok");
 }
 
 bool SQLiteDatabase::quickCheck() const

@@ -27,6 +27,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 struct sqlite3;
@@ -52,6 +53,13 @@ public:
     // unless told otherwise. A file that is refused is left as it is, its log
     // beside it.
     void setFoldsLogOnClose(bool folds);
+
+    // For a file that means no good. bytes: a text or blob that is longer fails
+    // whatever reads or makes it from now on, with DatabaseError Step.
+    void setMaximumLength(int bytes);
+    // isUnwanted: asked now and then while a statement runs; once it says yes, the
+    // statement fails with DatabaseError Step.
+    void interruptWhen(std::function<bool()> isUnwanted);
 
     // Absolute path of the file.
     const QString &url() const { return m_url; }
@@ -82,6 +90,10 @@ public:
     // Throws DatabaseError Prepare or Step, or as a commit does.
     int execute(const char *sql, const QList<SQLiteValue> &values = {});
 
+    // Hands every row to `visit`, in step order and one at a time.
+    // Throws DatabaseError Prepare or Step, and whatever `visit` throws.
+    void forEachRow(const char *sql, const std::function<void(const SQLiteRow &)> &visit) const;
+
     // Every row, in step order; on a failure in the middle none.
     // Throws DatabaseError Prepare or Step.
     QList<SQLiteRow> query(const char *sql, const QList<SQLiteValue> &values = {}) const;
@@ -111,6 +123,7 @@ private:
 
     sqlite3 *m_handle = nullptr;
     QString m_url;
+    std::function<bool()> m_isUnwanted;
     bool m_syncsFolder = false;
 };
 

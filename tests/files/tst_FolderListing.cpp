@@ -114,3 +114,16 @@ TEST(FileDate, GivesAnInstantOfTheCalendarWhateverTheFileSystemHolds)
     EXPECT_EQ(DateParser::iso8601(FileDate{std::numeric_limits<qint64>::min(), 0}.instant()),
         QStringLiteral("0001-01-01T00:00:00.000Z"));
 }
+
+TEST_F(FolderListingTest, TellsTheSizeOfEveryFile)
+{
+    put("empty");
+    QFile longer(m_folder.filePath(QStringLiteral("longer")));
+    ASSERT_TRUE(longer.open(QIODevice::WriteOnly));
+    longer.write("12345");
+    longer.close();
+    const auto entries = FolderListing::of(m_folder.path());
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].size, 0);
+    EXPECT_EQ(entries[1].size, 5);
+}

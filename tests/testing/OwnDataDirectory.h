@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include <QFile>
+#include "testing/OwnVariable.h"
+
 #include <QTemporaryDir>
 
 namespace quire::testing {
@@ -11,26 +12,13 @@ namespace quire::testing {
 class OwnDataDirectory
 {
 public:
-    OwnDataDirectory() { qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.path())); }
-    ~OwnDataDirectory()
-    {
-        if (m_former.isNull()) {
-            qunsetenv("XDG_DATA_HOME");
-        } else {
-            qputenv("XDG_DATA_HOME", m_former);
-        }
-    }
-
-    OwnDataDirectory(const OwnDataDirectory &) = delete;
-    OwnDataDirectory &operator=(const OwnDataDirectory &) = delete;
-
     // Absolute paths: of the directory, of a file in it.
     QString path() const { return m_folder.path(); }
     QString file(const QString &name) const { return m_folder.filePath(name); }
 
 private:
-    QByteArray m_former = qgetenv("XDG_DATA_HOME");
     QTemporaryDir m_folder;
+    OwnVariable m_variable{"XDG_DATA_HOME", m_folder.path()};
 };
 
 } // namespace quire::testing

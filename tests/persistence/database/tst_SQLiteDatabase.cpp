@@ -115,6 +115,43 @@ TEST_F(SQLiteDatabaseTest, RowsComeInStepOrderAndScalarGivesTheFirst)
     EXPECT_EQ(database.scalar("SELECT NULL"), SQLiteValue());
 }
 
+TEST_F(SQLiteDatabaseTest, RowsAreHandedOverOneAtATimeInStepOrder)
+{
+    const SQLiteDatabase database(file(QStringLiteral("a.db")));
+    QList<qint64> seen;
+    const auto visit = [&seen](const SQLiteRow &row) {
+        seen.append(row.intValue(QStringLiteral("x")).value_or(0));
+        if (seen.size() == 2) {
+            throw std::runtime_error("enough");
+        }
+    };
+    EXPECT_THROW(database.forEachRow("SELECT 3 AS x UNION ALL SELECT 1 UNION ALL SELECT 2", visit), std::runtime_error);
+    EXPECT_EQ(seen, QList<qint64>({3, 1}));
+    EXPECT_EQ(database.scalar("SELECT 5"), SQLiteValue(5)); // and the connection is free again
+}
+
+TEST_F(SQLiteDatabaseTest, AValueBeyondTheMaximumLengthFailsWhateverReadsIt)
+{
+    const QString path = file(QStringLiteral("a.db"));
+    SQLiteDatabase(path).executeScript("CREATE TABLE t (x, y); INSERT INTO t VALUES (zeroblob(2000), 'short')");
+    SQLiteDatabase database(path);
+    database.setMaximumLength(1000);
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { database.query("SELECT x FROM t"); }),
+        DatabaseError(Kind::Step, QStringLiteral("string or blob too big")));
+    EXPECT_EQ(database.scalar("SELECT y FROM t"), SQLiteValue(QStringLiteral("short")));
+}
+
+TEST_F(SQLiteDatabaseTest, AStatementEndsOnceItIsUnwanted)
+{
+    SQLiteDatabase database(file(QStringLiteral("a.db")));
+    int questions = 0;
+    database.interruptWhen([&questions] { return ++questions > 100; });
+    constexpr auto endless = "WITH RECURSIVE n (x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) SELECT MAX(x) FROM n";
+    EXPECT_EQ(thrownBy<DatabaseError>([&] { database.scalar(endless); }),
+        DatabaseError(Kind::Step, QStringLiteral("interrupted")));
+    EXPECT_EQ(questions, 101);
+}
+
 TEST_F(SQLiteDatabaseTest, ExecuteTellsTheRowsChanged)
 {
     SQLiteDatabase database(file(QStringLiteral("a.db")));
