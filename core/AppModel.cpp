@@ -20,6 +20,9 @@ AppModel::AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QStr
     }
 }
 
-AppModel::~AppModel() = default;
+AppModel::~AppModel()
+{
+    m_ending.request_stop();
+}
 
 } // namespace quire

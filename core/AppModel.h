@@ -32,6 +32,7 @@
 #include <QCoroTask>
 
 #include <QFuture>
+#include <QMap>
 #include <QObject>
 
 #include <functional>
@@ -45,6 +46,7 @@ namespace quire {
 class LibraryIndex;
 class LibraryStore;
 class QuireBackgroundWorkCoordinator;
+struct AudibleSyncResult;
 struct FolderQuestion;
 struct GoodreadsSyncResult;
 
@@ -143,6 +145,7 @@ public:
         std::function<QCoro::Task<Result>()> operation, std::stop_token stop = {});
 
     QCoro::Task<> synchronizeGoodreads(bool automatic);
+    QCoro::Task<> synchronizeAudible(bool automatic);
 
     // One manual sync of every source that is configured. Does nothing while a
     // job runs.
@@ -182,6 +185,10 @@ public:
     QCoro::Task<> openDataFolder();
     // path: the folder to show; blank or absent for the configured one.
     QCoro::Task<> openBackupFolder(std::optional<QString> path);
+
+    // Asks the reader where the Audible application keeps its library, and
+    // remembers it if there is one.
+    QCoro::Task<> grantAudibleLibraryAccess();
 
 Q_SIGNALS:
     void booksChanged();
@@ -250,6 +257,14 @@ private:
     void reportGoodreadsSync(const GoodreadsSyncResult &result, bool automatic);
     void reportGoodreadsFailure(const QString &description, bool automatic);
 
+    // Audible.
+    static QFuture<AudibleAppAvailability> audibleAvailabilityIn(const QMap<QString, QString> &settings);
+    bool canReadAudible() const;
+    std::function<QCoro::Task<AudibleSyncResult>()> audibleSync() const;
+    void reportAudibleSync(const AudibleSyncResult &result, bool automatic);
+    void reportAudibleFailure(const QString &description, bool automatic);
+    QCoro::Task<> refreshAudibleAvailability();
+
     // Folders.
     QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion question, QString startingAt);
     QCoro::Task<> showFolder(QString folder);
@@ -298,6 +313,7 @@ private:
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search
     bool m_isShuttingDown = false; // what is left of start() ends at its next step
+    std::stop_source m_ending; // asked to stop then, for work that nobody else could end
     std::optional<QFuture<bool>> m_session; // its beginning, while its record awaits its end
 };
 

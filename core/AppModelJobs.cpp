@@ -2,6 +2,7 @@
 
 #include "concurrency/Cancelled.h"
 #include "core/AppModelAssign.h"
+#include "core/ToastTimes.h"
 #include "persistence/AppLog.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
@@ -18,9 +19,6 @@ namespace quire {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr auto successToast = 3200ms;
-constexpr auto failureToast = 7000ms;
 
 constexpr qint64 attemptsOf(bool automatic)
 {
@@ -189,7 +187,7 @@ void AppModel::reportGoodreadsSync(const GoodreadsSyncResult &result, bool autom
     }
     const QString text = automatic ? QStringLiteral("Goodreads synced automatically: %1 titles")
                                    : QStringLiteral("Synced %1 Goodreads titles");
-    showToast(text.arg(result.count), successToast);
+    showToast(text.arg(result.count), ToastTimes::success);
     if (!result.warnings.isEmpty()) {
         AppLog::write(QStringLiteral("Goodreads sync warnings: ") + result.warnings.join(QStringLiteral(" | ")));
     }
@@ -199,7 +197,7 @@ void AppModel::reportGoodreadsFailure(const QString &description, bool automatic
 {
     AppLog::write(QStringLiteral("Goodreads sync failed: ") + description);
     if (automatic) {
-        showToast(QStringLiteral("Automatic Goodreads sync failed: ") + description, failureToast);
+        showToast(QStringLiteral("Automatic Goodreads sync failed: ") + description, ToastTimes::failure);
     } else {
         setNotice(AppNotice::error(QStringLiteral("Goodreads Sync Failed"), description));
     }
@@ -221,8 +219,13 @@ QCoro::Task<> AppModel::synchronizeAll()
     } else {
         AppLog::write(QStringLiteral("Sync skipped Goodreads because credentials are not configured."));
     }
-    const bool canReadAudible = m_audibleAvailability.isInstalled() && m_audibleAvailability.libraryURL;
-    if (!canReadAudible) {
+    if (canReadAudible()) {
+        const auto synchronizing = synchronizeAudible(false);
+        co_await synchronizing;
+        if (!self) {
+            co_return;
+        }
+    } else {
         AppLog::write(QStringLiteral("Sync skipped Audible because local library access is unavailable."));
     }
     assign(m_isSyncingAll, false, &AppModel::isSyncingAllChanged);

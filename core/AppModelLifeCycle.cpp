@@ -90,6 +90,13 @@ QCoro::Task<> AppModel::start()
         && !m_settings.goodreadsUserID.isEmpty()) {
         const auto synchronizing = synchronizeGoodreads(true);
         co_await synchronizing;
+        if (!self || m_isShuttingDown) {
+            co_return;
+        }
+    }
+    if (m_settings.showAudioSection && m_settings.automaticAudibleSync && canReadAudible()) {
+        const auto synchronizing = synchronizeAudible(true);
+        co_await synchronizing;
     }
 }
 
@@ -143,6 +150,7 @@ QCoro::Task<> AppModel::reload()
     QList<Audiobook> audiobooks;
     QList<TagCount> tags;
     SettingsMap values;
+    AudibleAppAvailability audibleAvailability;
     std::shared_ptr<const LibraryIndex> bookIndex;
     std::shared_ptr<const LibraryIndex> audiobookIndex;
     std::exception_ptr failure;
@@ -159,6 +167,8 @@ QCoro::Task<> AppModel::reload()
         const auto audiobooksIndexed = indexInBackground(audiobooks, m_audiobooks, m_audiobookIndex);
         tags = co_await tagsRead;
         values = co_await settingsRead;
+        const auto audibleLookedFor = audibleAvailabilityIn(values);
+        audibleAvailability = co_await audibleLookedFor;
         bookIndex = co_await booksIndexed;
         audiobookIndex = co_await audiobooksIndexed;
     } catch (...) {
@@ -181,6 +191,7 @@ QCoro::Task<> AppModel::reload()
     m_tags = tags;
     Q_EMIT tagsChanged();
     assign(m_settings, makeSettingsSnapshot(values, location), &AppModel::settingsChanged);
+    assign(m_audibleAvailability, audibleAvailability, &AppModel::audibleAvailabilityChanged);
     settleTab(values.value(QStringLiteral("selectedTab")));
     rebuildDerivedState();
     refreshSelection();
@@ -206,6 +217,7 @@ QCoro::Task<> AppModel::shutdown()
 {
     const QPointer self(this);
     m_isShuttingDown = true;
+    m_ending.request_stop();
     m_toastTask.cancel();
     m_automaticBackupTask.cancel();
     m_selectedTabSaveTask.cancel();

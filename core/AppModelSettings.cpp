@@ -1,6 +1,7 @@
 // Saving from the settings window.
 
 #include "core/AppModelAssign.h"
+#include "core/ToastTimes.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
 
@@ -49,7 +50,7 @@ QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
     scheduleAutomaticBackups();
     showToast(
         libraryMoved ? QStringLiteral("Settings saved and Quire library moved") : QStringLiteral("Settings saved"),
-        std::chrono::milliseconds(3200));
+        ToastTimes::success);
     co_return true;
 }
 

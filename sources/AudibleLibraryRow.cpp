@@ -99,7 +99,8 @@ std::optional<qint64> integerIn(const SQLiteRow &row, const QString &column)
     const SQLiteValue value = row.value(column);
     if (value.kind() == SQLiteValue::Case::Real) {
         const double real = value.doubleValue(0);
-        if (!(real >= -limit && real < limit)) {
+        const bool fits = real >= -limit && real < limit;
+        if (!fits) {
             return std::nullopt;
         }
     }
