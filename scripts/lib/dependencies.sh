@@ -5,7 +5,7 @@
 packages_build=(
     clang-16 lld-16 g++ cmake ninja-build ccache pkg-config git ca-certificates
     qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
-    libgl1-mesa-dev qcoro-qt6-dev libsqlite3-dev libssl-dev bootstrap-icons
+    libgl1-mesa-dev qcoro-qt6-dev libsqlite3-dev libssl-dev libavif-dev bootstrap-icons
     libgtest-dev libgmock-dev libbenchmark-dev
 )
 
