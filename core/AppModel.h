@@ -166,6 +166,16 @@ public:
     // nothing of a failure once `stop` is requested.
     QCoro::Task<> performScheduledBackupIfDue(std::stop_token stop = {});
 
+    // Covers. --------------------------------------------------------------------
+
+    // Gives every title without a cover one, in the background, and tells of it
+    // in artworkStatus; replaces the pass that runs, if any.
+    void scheduleArtworkCaching();
+
+    // Looks for a better cover of every audiobook. Does nothing while a job runs.
+    // A notice tells how it ended.
+    QCoro::Task<> refreshAudiobookCovers();
+
     // Settings. ------------------------------------------------------------------
 
     // Validates and stores what the settings window holds, takes the library to
@@ -246,6 +256,9 @@ private:
     // Backups.
     QCoro::Task<> backUpOnSchedule(std::chrono::days interval, std::stop_token stop);
 
+    // Covers.
+    QCoro::Task<> cacheArtwork(std::stop_token stop);
+
     // Jobs.
     class HeldSlot;
     QCoro::Task<bool> runCoordinated(
@@ -309,6 +322,7 @@ private:
     bool m_didStart = false;
     TaskSlot m_toastTask;
     TaskSlot m_automaticBackupTask;
+    TaskSlot m_artworkTask;
     TaskSlot m_selectedTabSaveTask;
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search

@@ -68,6 +68,9 @@ QCoro::Task<> AppModel::synchronizeAudible(bool automatic)
             if (!self) {
                 co_return;
             }
+            if (!automatic) {
+                scheduleArtworkCaching();
+            }
             reportAudibleSync(*result, automatic);
         }
     } catch (const std::exception &error) {

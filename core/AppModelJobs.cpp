@@ -165,6 +165,9 @@ QCoro::Task<> AppModel::synchronizeGoodreads(bool automatic)
             if (!self) {
                 co_return;
             }
+            if (!automatic) {
+                scheduleArtworkCaching();
+            }
             reportGoodreadsSync(*result, automatic);
         }
     } catch (const std::exception &error) {

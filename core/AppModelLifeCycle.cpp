@@ -97,7 +97,11 @@ QCoro::Task<> AppModel::start()
     if (m_settings.showAudioSection && m_settings.automaticAudibleSync && canReadAudible()) {
         const auto synchronizing = synchronizeAudible(true);
         co_await synchronizing;
+        if (!self || m_isShuttingDown) {
+            co_return;
+        }
     }
+    scheduleArtworkCaching();
 }
 
 QCoro::Task<bool> AppModel::beginSession()
@@ -220,6 +224,7 @@ QCoro::Task<> AppModel::shutdown()
     m_ending.request_stop();
     m_toastTask.cancel();
     m_automaticBackupTask.cancel();
+    m_artworkTask.cancel();
     m_selectedTabSaveTask.cancel();
 
     const auto closing = m_store->shutdown();

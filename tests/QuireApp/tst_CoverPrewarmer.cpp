@@ -14,11 +14,15 @@ TEST_F(CoverPrewarmerTest, TheSignatureTellsReadinessTabAndCounts)
     addBook(QStringLiteral("Emma"));
     addAudiobook(QStringLiteral("Dune"));
     addAudiobook(QStringLiteral("Momo"));
-    library.execute("UPDATE audible_books SET cover_data = x'01' WHERE title = 'Momo'");
+    library.execute("UPDATE goodreads_books SET cover_data = NULL");
+    library.execute("UPDATE audible_books SET cover_data = NULL WHERE title = 'Dune'");
     makeModel();
     EXPECT_EQ(artworkCacheSignature(*model), QStringLiteral("false-insights-0-0-0-0"));
     testing::await(model->start());
     EXPECT_EQ(artworkCacheSignature(*model), QStringLiteral("true-insights-1-0-2-1"));
+    // As soon as those without a cover have been given one:
+    EXPECT_TRUE(testing::eventually(
+        [this] { return artworkCacheSignature(*model) == QStringLiteral("true-insights-1-1-2-2"); }));
 }
 
 TEST_F(CoverPrewarmerTest, TheFirstThirtyTwoStoredCoversAreTakenBooksFirst)

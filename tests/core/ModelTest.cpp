@@ -36,6 +36,9 @@ void ModelTest::makeModel(bool withSession)
 {
     ServiceEndpoints endpoints = ServiceEndpoints::standard();
     endpoints.goodreads = goodreads.origin();
+    endpoints.appleBooks = services.origin();
+    endpoints.openLibrary = services.origin();
+    endpoints.openLibraryCovers = services.origin();
     AppModelDependencies dependencies{clock, network, desktop, endpoints};
     dependencies.jitter = [](std::chrono::nanoseconds maximum) { return maximum; };
     model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(clock, library.folder()),
@@ -48,17 +51,19 @@ void ModelTest::startModel()
     await(model->start());
     ASSERT_TRUE(model->isReady()) << (model->notice() ? qPrintable(model->notice()->message) : "no notice");
     ASSERT_TRUE(eventually([this] { return clock.sleepers() > sleepers(); })) << "no schedule runs";
+    ASSERT_TRUE(eventually([this] { return !model->artworkStatus().startsWith(u"Checking"); })) << "covers take long";
 }
 
 void ModelTest::addBook(const QString &title, const QString &shelf)
 {
-    library.execute("INSERT INTO goodreads_books (goodreads_id, title, author, shelf) VALUES (?, ?, '', ?)",
+    library.execute("INSERT INTO goodreads_books (goodreads_id, title, author, shelf, cover_data)"
+                    " VALUES (?, ?, '', ?, x'00')",
         {QUuid::createUuid().toString(), title, shelf});
 }
 
 void ModelTest::addAudiobook(const QString &title, const QString &status)
 {
-    library.execute("INSERT INTO audible_books (asin, title, status) VALUES (?, ?, ?)",
+    library.execute("INSERT INTO audible_books (asin, title, status, cover_data) VALUES (?, ?, ?, x'00')",
         {QUuid::createUuid().toString(), title, status});
 }
 
@@ -110,10 +115,15 @@ QStringList ModelTest::backupHistory() const
     return allHistory().filter(QRegularExpression(QStringLiteral("^backup ")));
 }
 
+QStringList ModelTest::artworkHistory() const
+{
+    return allHistory().filter(QRegularExpression(QStringLiteral("^artwork ")));
+}
+
 QStringList ModelTest::history() const
 {
     QStringList lines = allHistory();
-    lines.removeIf([](const QString &line) { return line.startsWith(u"backup "); });
+    lines.removeIf([](const QString &line) { return line.startsWith(u"backup ") || line.startsWith(u"artwork "); });
     return lines;
 }
 

@@ -31,7 +31,8 @@ protected:
     // makeModel() and start(), until the schedules have come to rest.
     void startModel();
 
-    // Rows, given to the library file before or behind the model's back.
+    // Rows, given to the library file before or behind the model's back. They
+    // have a cover, so that the model has nothing to fetch or to draw for them.
     void addBook(const QString &title, const QString &shelf = QStringLiteral("read"));
     void addAudiobook(const QString &title, const QString &status = QStringLiteral("read"));
     void setStored(const QString &key, const QString &value);
@@ -43,10 +44,11 @@ protected:
     void serveFeed(const QStringList &titles);
 
     // "job state attempt", one for each line of job history, in order: of all
-    // jobs, of backups, and of all but backups, since a start tests in its own
-    // time whether one is due.
+    // jobs, of backups, of passes over the covers, and of all but those two,
+    // since a start begins them in its own time.
     QStringList allHistory() const;
     QStringList backupHistory() const;
+    QStringList artworkHistory() const;
     QStringList history() const;
 
     // Sleeps under way but for those of the schedules, which last days.
@@ -66,6 +68,7 @@ protected:
     testing::TestLibrary library{testing::TestLibrary::Start::Closed};
     testing::ManualClock &clock = library.clock();
     testing::LoopbackServer goodreads;
+    testing::LoopbackServer services; // where covers are looked for
     NetworkClient network;
     ScriptedDesktop desktop;
     std::unique_ptr<AppModel> model;
