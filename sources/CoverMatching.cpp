@@ -25,7 +25,7 @@ struct MatchTitle
 {
     explicit MatchTitle(const QString &title)
         : whole(normalize(title))
-        , base(baseTitle(title))
+        , base(title.contains(u':') ? baseTitle(title) : whole)
     {
     }
 
@@ -133,8 +133,12 @@ std::optional<PortraitCover> bestMatch(
     const PortraitCover *best = nullptr;
     int bestScore = 0;
     for (const PortraitCover &candidate : candidates) {
+        const int titlePoints = score(wanted, MatchTitle(candidate.title));
+        if (titlePoints == 0) {
+            continue; // an author alone is never enough, and a library is long
+        }
         const bool isShared = wantedAuthor.intersects(tokens(candidate.author));
-        const int points = score(wanted, MatchTitle(candidate.title)) + (isShared ? sharedAuthor : 0);
+        const int points = titlePoints + (isShared ? sharedAuthor : 0);
         const bool qualifies = points >= threshold && (isTelling || isShared);
         if (qualifies && points > bestScore) {
             best = &candidate;
