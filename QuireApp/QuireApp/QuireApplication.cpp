@@ -42,6 +42,7 @@ QuireApplication::QuireApplication()
           AppDirectories::supportDirectory(), AppModelDependencies{m_clock, m_network, m_desktop, m_endpoints})
     , m_shell(m_model, m_desktop.folderPicker(), m_endpoints.help)
     , m_prewarmer(m_model)
+    , m_remoteCovers(m_network)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false); // the delegate decides
     qApp->installEventFilter(this);
@@ -58,6 +59,7 @@ QuireApplication::QuireApplication()
     connect(&m_shell, &ShellViewModel::linkRequested, this, [this](const QUrl &url) { m_desktop.open(url); });
     applyAppearance();
     Theme::serve(m_engine, m_theme);
+    RemoteCoverLoader::serve(m_engine, m_remoteCovers);
     m_engine.addImportPath(QStringLiteral(":/qt/qml"));
 }
 

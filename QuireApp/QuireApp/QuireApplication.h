@@ -8,6 +8,7 @@
 #include "concurrency/SystemClock.h"
 #include "core/AppModel.h"
 #include "QuireApp/Covers/CoverPrewarmer.h"
+#include "QuireApp/Covers/RemoteCoverLoader.h"
 #include "QuireApp/QuireApp/QuireAppDelegate.h"
 #include "QuireApp/QuireApp/QuireDesktop.h"
 #include "QuireApp/QuireApp/TerminationSignals.h"
@@ -58,6 +59,7 @@ private:
     TerminationSignals m_signals;
     ShellViewModel m_shell;
     CoverPrewarmer m_prewarmer;
+    RemoteCoverLoader m_remoteCovers;
     Theme m_theme{nullptr};
     QQmlApplicationEngine m_engine;
 };

@@ -10,13 +10,30 @@ namespace quire {
 
 using testing::await;
 
+namespace {
+
+QByteArray plainPicture(const QColor &color)
+{
+    QImage image(20, 30, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "png");
+    return bytes;
+}
+
+} // namespace
+
 ViewsFixture::ViewsFixture()
 {
+    m_covers.route(u"/page", testing::LoopbackReply::ok("<!DOCTYPE html><html></html>", "image/png"));
     m_library.open();
     m_library.close();
     const auto add = [this](const QString &title, const char *shelf, int hidden) {
-        m_library.execute(
-            "INSERT INTO goodreads_books (goodreads_id, title, author, shelf, hidden) VALUES (?, ?, '', ?, ?)",
+        m_library.execute("INSERT INTO goodreads_books (goodreads_id, title, author, shelf, hidden, cover_data)"
+                          " VALUES (?, ?, '', ?, ?, x'00')", // no picture, and none is drawn
+
             {title, title, QString::fromLatin1(shelf), hidden});
     };
     for (int number = 1; number <= 38; ++number) {
@@ -69,13 +86,14 @@ void ViewsFixture::askForFolder(bool allowsNewFolders)
 
 CoverSource ViewsFixture::cover(const QColor &color) const
 {
-    QImage image(20, 30, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return {color.name(), CoverBytes(bytes)};
+    return {color.name(), CoverBytes(plainPicture(color))};
+}
+
+QUrl ViewsFixture::coverAddress(const QColor &color)
+{
+    const QString path = u'/' + color.name().mid(1);
+    m_covers.route(path, testing::LoopbackReply::ok(plainPicture(color), "text/plain")); // its name is not asked
+    return m_covers.url(path);
 }
 
 } // namespace quire

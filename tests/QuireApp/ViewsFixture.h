@@ -7,9 +7,11 @@
 
 #include "core/AppModel.h"
 #include "QuireApp/Covers/CoverSource.h"
+#include "QuireApp/Covers/RemoteCoverLoader.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
 #include "ScriptedDesktop.h"
 #include "sources/NetworkClient.h"
+#include "testing/LoopbackServer.h"
 #include "testing/TestLibrary.h"
 
 #include <QColor>
@@ -45,10 +47,17 @@ public:
     Q_INVOKABLE void askForFolder(bool allowsNewFolders);
     // A cover that is all of one colour.
     Q_INVOKABLE quire::CoverSource cover(const QColor &color) const;
+    // The address of such a cover, and of a page that is none.
+    Q_INVOKABLE QUrl coverAddress(const QColor &color);
+    Q_INVOKABLE QUrl pageAddress() const { return m_covers.url(u"/page"); }
+    Q_INVOKABLE int coverRequests() const { return int(m_covers.requests().size()); }
+    RemoteCoverLoader &remoteCovers() { return m_remoteCovers; }
 
 private:
     testing::TestLibrary m_library{testing::TestLibrary::Start::Closed};
+    testing::LoopbackServer m_covers;
     NetworkClient m_network;
+    RemoteCoverLoader m_remoteCovers{m_network};
     ScriptedDesktop m_desktop;
     ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
     QTemporaryDir m_folders;

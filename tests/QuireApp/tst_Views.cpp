@@ -19,6 +19,7 @@ public Q_SLOTS:
             quire::AccentPalette::cabin, quire::SidebarAppearance::Pine, quire::InterfaceFontChoice::AvenirNext);
         quire::Theme::serve(*engine, m_theme);
         m_fixture = std::make_unique<quire::ViewsFixture>();
+        quire::RemoteCoverLoader::serve(*engine, m_fixture->remoteCovers());
         engine->rootContext()->setContextProperty(QStringLiteral("fixture"), m_fixture.get());
     }
 
