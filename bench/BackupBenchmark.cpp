@@ -181,12 +181,20 @@ void interface(benchmark::State &state)
         throw std::runtime_error("the library did not open");
     }
 
+    // The backup that is due at a start turns another away while it runs.
+    const auto backUp = [&](const QString &target) {
+        const auto backingUp = model.backUpDatabase(target);
+        return longestGap([&] { return backingUp.isReady(); });
+    };
+    while (!model.notice()) {
+        backUp(library.freshFolder());
+    }
+
     std::chrono::duration<double, std::milli> longest{0};
     timed(state, library, [&](const QString &target) {
         model.setNotice(std::nullopt);
-        const auto backingUp = model.backUpDatabase(target);
-        longest = std::max(longest, longestGap([&] { return model.notice().has_value(); }));
-        if (model.notice()->kind != AppNotice::Kind::Information) {
+        longest = std::max(longest, backUp(target));
+        if (!model.notice() || model.notice()->kind != AppNotice::Kind::Information) {
             throw std::runtime_error("the backup failed");
         }
     });

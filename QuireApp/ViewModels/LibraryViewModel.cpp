@@ -131,6 +131,11 @@ bool LibraryViewModel::showsBooks() const
     return m_model.selectedTab() == LibraryTab::Books;
 }
 
+bool LibraryViewModel::showsAudiobooks() const
+{
+    return m_model.selectedTab() == LibraryTab::Audio;
+}
+
 QString LibraryViewModel::heading() const
 {
     return label(m_model.selectedShelf(), m_model.selectedTab());

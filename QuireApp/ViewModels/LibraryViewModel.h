@@ -39,6 +39,7 @@ class LibraryViewModel : public QObject
     // The main column.
     Q_PROPERTY(bool showsInsights READ showsInsights NOTIFY selectedTabChanged)
     Q_PROPERTY(bool showsBooks READ showsBooks NOTIFY selectedTabChanged)
+    Q_PROPERTY(bool showsAudiobooks READ showsAudiobooks NOTIFY selectedTabChanged)
     Q_PROPERTY(QString heading READ heading NOTIFY headingChanged)
     Q_PROPERTY(QString countText READ countText NOTIFY headingChanged)
     Q_PROPERTY(quire::LibraryListModel *books READ books CONSTANT)
@@ -77,6 +78,7 @@ public:
 
     bool showsInsights() const;
     bool showsBooks() const;
+    bool showsAudiobooks() const;
     QString heading() const;
     QString countText() const;
     LibraryListModel *books() { return &m_books; }

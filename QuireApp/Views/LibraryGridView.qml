@@ -1,10 +1,11 @@
-// The wall of covers, made lazily: a card exists only near what is in sight.
-// Books come in pages; audiobooks all at once.
+// The walls of the library, of which one is shown: books come in pages,
+// audiobooks all at once. Each has its own list for good. A list that is given
+// another delegate makes its cards many times over, and gives the old ones back
+// late.
 
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 
 import Quire
 
@@ -13,142 +14,47 @@ FocusScope {
 
     required property LibraryViewModel library
 
-    readonly property int sidePadding: 16
-    readonly property int columnSpacing: 28
-    readonly property int rowSpacing: 18
-    readonly property int cardWidth: 142
-    readonly property int cardHeight: 218
-
-    // As many columns as fit between the paddings. What is left over stands on
-    // both sides, so that the wall is centred; the heading keeps its edges.
-    readonly property int columns: Math.max(1, Math.floor(
-        (view.width - 2 * view.sidePadding + view.columnSpacing) / grid.cellWidth))
-    readonly property int wallWidth: view.columns * grid.cellWidth - view.columnSpacing
-    readonly property int wallLeft: Math.max(view.sidePadding, Math.floor((view.width - view.wallWidth) / 2))
-
     signal bookPageChanged
 
     function showTop() {
-        grid.contentY = -grid.topMargin;
+        books.showTop();
     }
 
     // The page in words: a new one is looked at from its top, whoever turned it.
     readonly property string page: view.library.pageDescription
     onPageChanged: view.bookPageChanged()
 
-    // Heading and pages scroll with the grid, in its margins; beside it and not
-    // in it, so that Tab goes through them in the order of the eye.
-    LibraryControlsView {
-        id: controls
+    CoverWall {
+        id: books
 
-        x: view.wallLeft
-        y: 16 - (grid.contentY + grid.topMargin)
-        z: 1 // the grid's margin lies over it
-        width: view.wallWidth
+        anchors.fill: parent
+        visible: view.library.showsBooks
         library: view.library
-    }
-
-    GridView {
-        id: grid
-
-        // Past the edge, if need be, by the spacing that follows no column.
-        width: Math.max(view.width, view.wallLeft + view.columns * grid.cellWidth)
-        height: view.height
-        leftMargin: view.wallLeft
-        onLeftMarginChanged: grid.contentX = -grid.leftMargin // stays where it was otherwise
-        topMargin: 16 + controls.implicitHeight + 16 + 10
-        bottomMargin: paging.implicitHeight - view.rowSpacing // which follows the last row too
-        cellWidth: view.cardWidth + view.columnSpacing
-        cellHeight: view.cardHeight + view.rowSpacing
-        cacheBuffer: 2 * cellHeight
-        boundsBehavior: Flickable.StopAtBounds
-        activeFocusOnTab: false
-        keyNavigationEnabled: false
-        highlightFollowsCurrentItem: false
-        model: view.library.showsBooks ? view.library.books : view.library.audiobooks
-        delegate: view.library.showsBooks ? bookDelegate : audiobookDelegate
-        onCountChanged: if (grid.count > 0 && grid.currentIndex < 0) grid.currentIndex = 0
-
-        T.ScrollBar.vertical: QuireScrollBar {
-            parent: view
-            anchors.right: parent.right
-            anchors.top: parent.top
-            anchors.bottom: parent.bottom
-        }
-    }
-
-    LibraryPagingRow {
-        id: paging
-
-        x: view.wallLeft
-        y: grid.contentHeight - view.rowSpacing - grid.contentY
-        width: view.wallWidth
-        visible: grid.count > 0
-        library: view.library
-        onFocusEntered: grid.contentY = grid.contentHeight + grid.bottomMargin - grid.height
-    }
-
-    // A card takes the arrow keys; Tab goes on to what comes after the grid.
-    function moveFocus(step: int, from: int) {
-        const row = from + step;
-        if (row < 0 || row >= grid.count)
-            return;
-        view.makeCurrent(row);
-        if (grid.currentItem)
-            grid.currentItem.forceActiveFocus(Qt.TabFocusReason);
-    }
-
-    function makeCurrent(index: int) {
-        grid.currentIndex = index;
-        if (index < view.columns)
-            view.showTop(); // with the heading
-        else
-            grid.positionViewAtIndex(index, GridView.Contain);
-    }
-
-    function handleKey(event: var, index: int) {
-        switch (event.key) {
-        case Qt.Key_Left:
-            view.moveFocus(-1, index);
-            break;
-        case Qt.Key_Right:
-            view.moveFocus(1, index);
-            break;
-        case Qt.Key_Up:
-            view.moveFocus(-view.columns, index);
-            break;
-        case Qt.Key_Down:
-            view.moveFocus(view.columns, index);
-            break;
-        default:
-            return;
-        }
-        event.accepted = true;
-    }
-
-    Component {
-        id: bookDelegate
-
-        BookCard {
+        titles: view.library.books
+        card: BookCard {
             id: bookCard
 
             activeFocusOnTab: GridView.isCurrentItem || activeFocus
-            onVisualFocusChanged: if (bookCard.visualFocus) view.makeCurrent(bookCard.index)
+            onVisualFocusChanged: if (bookCard.visualFocus) books.makeCurrent(bookCard.index)
             onClicked: view.library.openBook(bookCard.rowId)
-            Keys.onPressed: event => view.handleKey(event, bookCard.index)
+            Keys.onPressed: event => books.handleKey(event, bookCard.index)
         }
     }
 
-    Component {
-        id: audiobookDelegate
+    CoverWall {
+        id: audiobooks
 
-        AudiobookCard {
+        anchors.fill: parent
+        visible: view.library.showsAudiobooks
+        library: view.library
+        titles: view.library.audiobooks
+        card: AudiobookCard {
             id: audiobookCard
 
             activeFocusOnTab: GridView.isCurrentItem || activeFocus
-            onVisualFocusChanged: if (audiobookCard.visualFocus) view.makeCurrent(audiobookCard.index)
+            onVisualFocusChanged: if (audiobookCard.visualFocus) audiobooks.makeCurrent(audiobookCard.index)
             onClicked: view.library.openAudiobook(audiobookCard.rowId)
-            Keys.onPressed: event => view.handleKey(event, audiobookCard.index)
+            Keys.onPressed: event => audiobooks.handleKey(event, audiobookCard.index)
         }
     }
 }

@@ -1,6 +1,7 @@
 // Opens the library in FOLDER and does one deed; for tests that let it end in the
 // middle, at a failure point or at the CALL-th call to the disk.
-// usage: quire_deed_worker FOLDER open|feed|audio|backup|move [CALL]
+// usage: quire_deed_worker FOLDER open|feed|torn-feed|audio|backup|move [CALL]
+// "torn-feed", a broken twin for controls, imports in two transactions.
 // Exits with 0 when the deed was done, with 1 after a failure.
 
 #include "concurrency/SystemClock.h"
@@ -24,7 +25,10 @@ namespace {
 
 void run(LibraryStore &store, const QString &deed)
 {
-    if (deed == u"feed") {
+    if (deed == u"feed" || deed == u"torn-feed") {
+        if (deed == u"torn-feed") {
+            done(store.updateBook(2, 1, QStringLiteral("read"), QStringLiteral("half of an import")));
+        }
         QList<GoodreadsFeedBook> feed{fullFeedBook(QStringLiteral("3")), fullFeedBook(QStringLiteral("1000"))};
         store.upsertGoodreadsBooks(feed).waitForFinished();
     } else if (deed == u"audio") {

@@ -75,6 +75,8 @@ public:
         crashInRecovery(crashed, before);
     }
 
+    const QStringList &findings() const { return m_findings; }
+
 private:
     // The recovery ends at a call, at a later one, and so on until it passes.
     void crashInRecovery(const FolderImage &crashed, const LibraryContent &before)
@@ -147,12 +149,13 @@ private:
         }
     }
 
-    void find(const QString &finding) { m_torture.addFinding(m_where + finding); }
+    void find(const QString &finding) { m_findings.append(m_where + finding); }
 
     FaultBench &m_bench;
     Point m_point;
     Torture &m_torture;
     QString m_where;
+    QStringList m_findings;
 };
 
 FolderImage emptyLibrary(Place place)
@@ -182,11 +185,13 @@ void crashAtEveryPoint(Place place)
         Crash crash(bench, point, torture);
         crash.run(filled, "a filled library");
         crash.run(empty, "an empty library");
+        torture.addFindings(crash.findings());
     }
     Crash migration(bench, pointOfMigrations, torture);
     migration.run({}, "no library");
     migration.run(version0, "a library of version 0");
     migration.run(version1, "a library of version 1");
+    torture.addFindings(migration.findings());
 }
 
 // The names in the sources, so that a new point cannot be forgotten here.
@@ -228,4 +233,15 @@ TEST(FailurePoints, AreRecoveredFromInTheDefaultFolder)
 TEST(FailurePoints, AreRecoveredFromInAChosenFolder)
 {
     crashAtEveryPoint(Place::ChosenFolder);
+}
+
+// The control: an import that writes in two transactions is not as it was.
+TEST(FailurePoints, AnImportInTwoTransactionsIsCaught)
+{
+    Torture torture("R04-control", "an import in two transactions");
+    FaultBench bench(Place::ChosenFolder);
+    Crash broken(bench, {"goodreads-after-staging", "torn-feed"}, torture);
+    broken.run(filledLibrary(Place::ChosenFolder), "a filled library");
+    EXPECT_THAT(broken.findings(),
+        ::testing::Contains(::testing::Truly([](const QString &finding) { return finding.contains(u"and not “"); })));
 }
