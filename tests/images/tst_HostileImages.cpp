@@ -6,6 +6,7 @@
 #include "testing/ResourceUse.h"
 
 #include <QBuffer>
+#include <QImageReader>
 #include <QImageWriter>
 #include <QtEndian>
 
@@ -138,6 +139,25 @@ TEST(HostileImages, ASizeThatWouldNotFitInMemoryIsRefusedBeforeThePixels)
     EXPECT_TRUE(isRefused(quire::testing::withPngSize(encoded(plainImage(8, 8), "png"), 30000, 30000)));
     EXPECT_TRUE(isRefused(quire::testing::withPngSize(encoded(plainImage(8, 8), "png"), 0x7FFFFFFF, 0x7FFFFFFF)));
     EXPECT_TRUE(isRefused(plainFile(6000, 5800, "png"))); // a bomb: 100 KB that become 139 MB
+}
+
+TEST(HostileImages, ADecoderThatLooksAtNoSizeIsCaught)
+{
+    if (quire::testing::isInstrumented) {
+        GTEST_SKIP() << "memory is not measured here";
+    }
+    QByteArray bomb = plainFile(9000, 9000, "png");
+    EXPECT_LT(bomb.size(), 2'000'000);
+    {
+        const int limit = QImageReader::allocationLimit();
+        QImageReader::setAllocationLimit(0);
+        QBuffer buffer(&bomb);
+        const quire::testing::ResourceUse use;
+        EXPECT_FALSE(QImageReader(&buffer).read().isNull());
+        EXPECT_GT(use.peakMegabytes(), mostMemory);
+        QImageReader::setAllocationLimit(limit);
+    }
+    EXPECT_TRUE(isRefused(bomb));
 }
 
 TEST(HostileImages, TheLargestPictureThatIsAllowedStaysWithinItsMemory)
