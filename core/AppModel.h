@@ -24,6 +24,7 @@
 #include "records/Book.h"
 #include "records/CatalogBooks.h"
 #include "records/Enumerations.h"
+#include "records/ManualBookDraft.h"
 #include "records/Statistics.h"
 #include "records/TagCount.h"
 #include "reliability/QuireBackgroundJob.h"
@@ -102,6 +103,7 @@ public:
     LibrarySlice<Book> paginatedBooks() const; // the page of bookPage, which is first brought into range
     QString bookPageDescription() const;
     LibraryTab visibleTab(LibraryTab tab) const; // Insights stands in for a section that is switched off
+    bool showsAudibleCatalog() const; // what is searched for on the audio tab is asked of the catalogue too
 
     // Life. --------------------------------------------------------------------
 
@@ -151,6 +153,29 @@ public:
     // job runs.
     QCoro::Task<> synchronizeAll();
 
+    // Edits. ---------------------------------------------------------------------
+
+    // Each adds one title, looks for its cover, and shows it on its shelf. True
+    // when it was stored and loaded; false leaves the reason in `notice`, or none
+    // when a foreground job runs. A cover that is not found never fails an add.
+
+    QCoro::Task<bool> addBook(ManualBookDraft draft); // a draft without a title is refused
+    // shelf: a word as that of Book::shelf. A work that is in the library is refused.
+    QCoro::Task<bool> addCatalogBook(BookCatalogBook book, QString shelf);
+    // status: a word as that of Audiobook::status.
+    QCoro::Task<bool> addAudiobook(AudibleCatalogBook book, QString status);
+
+    // Hides a book or restores it, and closes its detail view. True when done.
+    QCoro::Task<bool> setBookHidden(Book book, bool hidden);
+
+    // Appearance: the preview changes `settings` alone, for every move of the
+    // mouse in a colour panel; the others store as well.
+    void previewAccentAppearance(
+        AccentColorChoice accentColor, bool usesCustomAccentColor, CustomAccentColor customAccentColor);
+    QCoro::Task<> saveAccentAppearance(
+        AccentColorChoice accentColor, bool usesCustomAccentColor, CustomAccentColor customAccentColor);
+    QCoro::Task<> saveSidebarAppearance(SidebarAppearance appearance);
+
     // Backups. -------------------------------------------------------------------
 
     // A verified backup at the reader's command, behind the interface: nothing
@@ -188,6 +213,7 @@ public:
 
     // Asks the reader for a folder, beginning at `startingAt` if that is one.
     // The absolute path chosen, or nothing; the settings stay as they are.
+    QCoro::Task<std::optional<QString>> chooseLocalPublishFolder(QString startingAt);
     QCoro::Task<std::optional<QString>> chooseBackupFolder(QString startingAt);
     QCoro::Task<std::optional<QString>> chooseDatabaseFolder(QString startingAt);
 
@@ -252,6 +278,14 @@ private:
     void rememberSelectedTab();
     QCoro::Task<> saveSelectedTab(LibraryTab tab, std::stop_token stop);
     QCoro::Task<> clearToast(std::chrono::milliseconds after, std::stop_token stop);
+    void scheduleAudibleSearch();
+    QCoro::Task<> searchAudible(QString query, std::stop_token stop);
+
+    // Edits.
+    bool beginAdding(const QString &title);
+    void endAdding();
+    void showAdded(LibraryTab tab, LibraryShelf shelf);
+    QCoro::Task<> saveAppearance(SettingsMap values);
 
     // Backups.
     QCoro::Task<> backUpOnSchedule(std::chrono::days interval, std::stop_token stop);
@@ -321,6 +355,7 @@ private:
     std::shared_ptr<const LibraryIndex> m_audiobookIndex;
     bool m_didStart = false;
     TaskSlot m_toastTask;
+    TaskSlot m_audibleSearchTask;
     TaskSlot m_automaticBackupTask;
     TaskSlot m_artworkTask;
     TaskSlot m_selectedTabSaveTask;

@@ -45,6 +45,14 @@ QCoro::Task<std::optional<QString>> AppModel::chooseFolder(FolderQuestion questi
     co_return co_await choosing;
 }
 
+QCoro::Task<std::optional<QString>> AppModel::chooseLocalPublishFolder(QString startingAt)
+{
+    return chooseFolder({QStringLiteral("Choose the local reading website folder"),
+                            QStringLiteral("Quire writes the reading-list Markdown file to this folder."), std::nullopt,
+                            QDir::homePath(), false},
+        std::move(startingAt));
+}
+
 QCoro::Task<std::optional<QString>> AppModel::chooseBackupFolder(QString startingAt)
 {
     return chooseFolder({QStringLiteral("Choose the Quire backup folder"),

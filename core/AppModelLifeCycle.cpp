@@ -223,6 +223,7 @@ QCoro::Task<> AppModel::shutdown()
     m_isShuttingDown = true;
     m_ending.request_stop();
     m_toastTask.cancel();
+    m_audibleSearchTask.cancel();
     m_automaticBackupTask.cancel();
     m_artworkTask.cancel();
     m_selectedTabSaveTask.cancel();

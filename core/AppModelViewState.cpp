@@ -78,6 +78,7 @@ void AppModel::setSearchText(const QString &text)
     assign(m_searchText, text, &AppModel::searchTextChanged);
     if (!m_isChangingLibraryContext) {
         rebuildFilteredLibraries(false, false);
+        scheduleAudibleSearch();
     }
 }
 

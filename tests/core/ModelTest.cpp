@@ -36,6 +36,8 @@ void ModelTest::makeModel(bool withSession)
 {
     ServiceEndpoints endpoints = ServiceEndpoints::standard();
     endpoints.goodreads = goodreads.origin();
+    endpoints.audibleAPI = services.origin();
+    endpoints.audibleWeb = services.origin();
     endpoints.appleBooks = services.origin();
     endpoints.openLibrary = services.origin();
     endpoints.openLibraryCovers = services.origin();
