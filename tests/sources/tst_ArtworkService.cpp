@@ -42,14 +42,14 @@ QByteArray picture(int width = 20)
 class ArtworkData : public ::testing::Test
 {
 protected:
-    CoverBytes download(const QString &path)
+    CoverBytes download(const QString &of)
     {
-        return await(ArtworkService::artworkData(network, server.url(path), {}));
+        return await(ArtworkService::artworkData(network, server.url(of), {}));
     }
 
-    QString failureOf(const QString &path)
+    QString failureOf(const QString &of)
     {
-        const auto failure = thrownBy<ServiceError>([&] { download(path); });
+        const auto failure = thrownBy<ServiceError>([&] { download(of); });
         return failure ? failure->description() : QString();
     }
 
