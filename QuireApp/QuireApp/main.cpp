@@ -1,4 +1,5 @@
 #include "concurrency/Detach.h"
+#include "images/PictureMemory.h"
 #include "images/StandInFonts.h"
 #include "persistence/AppLog.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
@@ -13,6 +14,7 @@
 
 int main(int argc, char *argv[])
 {
+    quire::returnPictureMemory();
     quire::ignoreWriteSignals();
     // A cover that does not decode leaves its placeholder and is not reported.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
