@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Lets every fuzz target run for so many minutes of a processor, one after the
+# other, from the corpora in fuzz/corpus. What it finds new stays in build/fuzz;
+# an input that breaks a promise is left there as crash-*, and ends the run.
+# usage: fuzz.sh MINUTES [target...]   e.g. fuzz.sh 30 feed
+set -euo pipefail
+. "$(dirname "$0")/lib/common.sh"
+. "$(dirname "$0")/lib/dependencies.sh"
+
+minutes=${1:?"usage: fuzz.sh MINUTES [target...]"}
+shift
+need build run test
+configure fuzz
+build fuzz fuzzers
+
+targets=("$@")
+if [ ${#targets[@]} -eq 0 ]; then
+    for folder in fuzz/corpus/*/; do
+        targets+=("$(basename "$folder")")
+    done
+fi
+export ASAN_OPTIONS=external_symbolizer_path=/usr/bin/llvm-symbolizer-16
+export LC_ALL=C.UTF-8 TZ=Europe/Oslo
+for target in "${targets[@]}"; do
+    found=build/fuzz/found/$target
+    mkdir -p "$found"
+    say "Fuzzing $target for $minutes minutes"
+    build/fuzz/bin/fuzz_"$target" -max_total_time=$((minutes * 60)) -timeout=10 -rss_limit_mb=2048 \
+        -artifact_prefix="$found/crash-" -print_final_stats=1 -verbosity=0 "$found" fuzz/corpus/"$target"
+done
