@@ -177,7 +177,7 @@ TEST(JSONValue, ADocumentOfTooManyValuesIsRefused)
 
 TEST(JSONValue, WhatATextHoldsCountsAsOneValue)
 {
-    const QByteArray text = "\"" + QByteArray(2 * JSONValue::maximumValues, ',') + "\\\"[{,\"";
+    const QByteArray text = "\"" + QByteArray(2 * JSONValue::maximumValues, ',') + R"(\"[{,")";
     EXPECT_EQ(member(text, &JSONValue::text).size(), 2 * JSONValue::maximumValues + 4);
 }
 
