@@ -105,13 +105,16 @@ class Reader:
 
     def sync(self) -> None:
         """The feed always tells as many titles, of which some are new to the library until all are there."""
+        from quire_driver.waiting import wait_until
+
         self.new_titles = min(self.new_titles + 5, 50)
         self.services.books = [
             self.feed_book(str(900_000 + n), f"New Title {n}", rating=self.random.randint(0, 5),
                            description="A story of the sea. " * self.random.randint(1, 60))
             for n in range(self.new_titles)]
-        self.program.find("Sync", role="push button").click()
-        self.program.wait_for_text(f"Synced {self.new_titles} Goodreads titles", seconds=60)
+        before = self.home.setting("goodreadsLastSync")  # its toast may be gone before it is seen
+        self.program.find("Sync", role="push button", seconds=60).click()
+        wait_until(lambda: self.home.setting("goodreadsLastSync") != before, "it did not sync", 120)
 
     def walk_the_wall(self) -> None:
         self.program.open_tab("Books")
