@@ -42,10 +42,7 @@ QByteArray picture(int width = 20)
 class ArtworkData : public ::testing::Test
 {
 protected:
-    CoverBytes download(const QString &of)
-    {
-        return await(ArtworkService::artworkData(network, server.url(of), {}));
-    }
+    CoverBytes download(const QString &of) { return await(ArtworkService::artworkData(network, server.url(of), {})); }
 
     QString failureOf(const QString &of)
     {
