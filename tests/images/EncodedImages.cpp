@@ -97,7 +97,7 @@ QByteArray encodedAvif(const QImage &image, const AvifProperties &properties)
     encoder->maxQuantizer = 10;
     avifRWData output = AVIF_DATA_EMPTY;
     EXPECT_EQ(avifEncoderWrite(encoder, picture, &output), AVIF_RESULT_OK);
-    const QByteArray bytes(reinterpret_cast<const char *>(output.data), qsizetype(output.size));
+    QByteArray bytes(reinterpret_cast<const char *>(output.data), qsizetype(output.size));
     avifRWDataFree(&output);
     avifEncoderDestroy(encoder);
     avifImageDestroy(picture);
