@@ -40,7 +40,7 @@ protected:
     QString put(const QString &folder, const char *name, const QByteArray &bytes = "x", int secondsOld = 0) const
     {
         QDir().mkpath(folder);
-        const QString file = folder + u'/' + QString::fromLatin1(name);
+        QString file = folder + u'/' + QString::fromLatin1(name);
         putFile(file, bytes);
         const time_t date = 1'700'000'000 - secondsOld;
         const timespec times[] = {{0, UTIME_OMIT}, {date, 0}};

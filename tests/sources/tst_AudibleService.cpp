@@ -25,7 +25,7 @@ const QUrl website(QStringLiteral("https://www.audible.example"));
 AudibleProduct product(const QByteArray &rest)
 {
     const auto answer = AudibleCatalogResponse::parse(
-        "{\"products\": [{\"asin\": \"A1\", \"title\": \"Dune\"" + (rest.isEmpty() ? rest : ", " + rest) + "}]}");
+        R"({"products": [{"asin": "A1", "title": "Dune")" + (rest.isEmpty() ? rest : ", " + rest) + "}]}");
     return answer.products.first();
 }
 

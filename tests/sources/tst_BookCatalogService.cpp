@@ -24,7 +24,7 @@ const QUrl covers(QStringLiteral("https://covers.example"));
 
 QList<BookCatalogBook> parsed(const QByteArray &docs)
 {
-    return BookCatalogService::parse("{\"numFound\": 1, \"docs\": [" + docs + "]}", covers);
+    return BookCatalogService::parse(R"({"numFound": 1, "docs": [)" + docs + "]}", covers);
 }
 
 // The one book of an item with the members `rest` beside the two it cannot do
