@@ -73,7 +73,7 @@ QByteArray encodedAvif(const QImage &image)
     encoder->speed = AVIF_SPEED_FASTEST;
     avifRWData output = AVIF_DATA_EMPTY;
     avifEncoderWrite(encoder, picture, &output);
-    const QByteArray bytes(reinterpret_cast<const char *>(output.data), qsizetype(output.size));
+    QByteArray bytes(reinterpret_cast<const char *>(output.data), qsizetype(output.size));
     avifRWDataFree(&output);
     avifEncoderDestroy(encoder);
     avifImageDestroy(picture);
