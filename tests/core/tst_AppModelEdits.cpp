@@ -13,12 +13,9 @@ namespace quire {
 namespace {
 
 using testing::await;
-using ::testing::Contains;
-using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::IsEmpty;
 using testing::LoopbackReply;
-using ::testing::Not;
 
 QByteArray picture(const QSize &size)
 {
