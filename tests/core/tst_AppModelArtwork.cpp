@@ -56,9 +56,9 @@ protected:
     void offerCovers(const QByteArray &title)
     {
         services.route(u"/search",
-            LoopbackReply::ok("{\"results\":[{\"trackName\":\"" + title
-                + "\",\"artistName\":\"Frank Herbert\",\"artworkUrl100\":\""
-                + services.url(u"/100x100bb.jpg").toEncoded() + "\"}]}"));
+            LoopbackReply::ok(R"({"results":[{"trackName":")" + title
+                + R"(","artistName":"Frank Herbert","artworkUrl100":")" + services.url(u"/100x100bb.jpg").toEncoded()
+                + "\"}]}"));
         services.route(u"/600x900bb.jpg", LoopbackReply::ok(picture()));
     }
 
