@@ -24,6 +24,7 @@
 #include "records/Book.h"
 #include "records/CatalogBooks.h"
 #include "records/Enumerations.h"
+#include "records/Failure.h"
 #include "records/ManualBookDraft.h"
 #include "records/Statistics.h"
 #include "records/TagCount.h"
@@ -35,6 +36,7 @@
 #include <QFuture>
 #include <QMap>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 #include <memory>
@@ -284,7 +286,7 @@ private:
     // Edits.
     bool beginAdding(const QString &title);
     void endAdding();
-    void showAdded(LibraryTab tab, LibraryShelf shelf);
+    QCoro::Task<bool> finishAdding(QFuture<qint64> storing, LibraryTab tab, LibraryShelf shelf);
     QCoro::Task<> saveAppearance(SettingsMap values);
 
     // Backups.
@@ -298,6 +300,11 @@ private:
     QCoro::Task<bool> runCoordinated(
         QuireBackgroundJob job, bool automatic, std::function<QCoro::Task<>()> operation, std::stop_token stop);
     QCoro::Task<> record(QuireJobEvent event);
+    // A sync: the job, the library as it is then, and the report. Why it failed;
+    // nothing when it did not.
+    template<typename Result>
+    QCoro::Task<std::optional<QString>> runSync(QuireBackgroundJob job, bool automatic,
+        std::function<QCoro::Task<Result>()> operation, std::function<void(const Result &)> report);
     void beginWork(SidebarOperation operation, const QString &label);
     void endWork();
     std::function<QCoro::Task<GoodreadsSyncResult>()> goodreadsSync() const;
@@ -379,6 +386,32 @@ QCoro::Task<std::optional<Result>> AppModel::coordinated(
     const auto running = runCoordinated(job, automatic, std::move(attempt), stop);
     co_await running;
     co_return result; // absent when turned away
+}
+
+template<typename Result>
+QCoro::Task<std::optional<QString>> AppModel::runSync(QuireBackgroundJob job, bool automatic,
+    std::function<QCoro::Task<Result>()> operation, std::function<void(const Result &)> report)
+{
+    const QPointer self(this);
+    try {
+        const auto running = coordinated<Result>(job, automatic, std::move(operation));
+        const auto result = co_await running;
+        if (!self || !result) {
+            co_return std::nullopt;
+        }
+        const auto loading = reload();
+        co_await loading;
+        if (!self) {
+            co_return std::nullopt;
+        }
+        if (!automatic) {
+            scheduleArtworkCaching();
+        }
+        report(*result);
+    } catch (const std::exception &error) {
+        co_return describe(error);
+    }
+    co_return std::nullopt;
 }
 
 } // namespace quire

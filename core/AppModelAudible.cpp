@@ -55,27 +55,9 @@ QCoro::Task<> AppModel::synchronizeAudible(bool automatic)
 {
     const QPointer self(this);
     beginWork(SidebarOperation::AudibleSync, QStringLiteral("Syncing Audible…"));
-    std::optional<QString> failure;
-    try {
-        const auto running = coordinated<AudibleSyncResult>(QuireBackgroundJob::AudibleSync, automatic, audibleSync());
-        const auto result = co_await running;
-        if (!self) {
-            co_return;
-        }
-        if (result) {
-            const auto loading = reload();
-            co_await loading;
-            if (!self) {
-                co_return;
-            }
-            if (!automatic) {
-                scheduleArtworkCaching();
-            }
-            reportAudibleSync(*result, automatic);
-        }
-    } catch (const std::exception &error) {
-        failure = describe(error);
-    }
+    const auto running = runSync<AudibleSyncResult>(QuireBackgroundJob::AudibleSync, automatic, audibleSync(),
+        [this, automatic](const AudibleSyncResult &result) { reportAudibleSync(result, automatic); });
+    const auto failure = co_await running;
     if (!self) {
         co_return;
     }

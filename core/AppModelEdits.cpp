@@ -2,6 +2,7 @@
 
 #include "core/AppModelAssign.h"
 #include "core/LibraryFilter.h"
+#include "core/ToastTimes.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
 #include "records/Text.h"
@@ -12,13 +13,11 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 namespace quire {
 
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto successToast = 3200ms;
 
 QString addingLabel(const QString &title)
 {
@@ -67,14 +66,6 @@ void AppModel::endAdding()
     assign(m_activityLabel, QString(), &AppModel::activityLabelChanged);
 }
 
-// What was added is on screen under its shelf.
-void AppModel::showAdded(LibraryTab tab, LibraryShelf shelf)
-{
-    setSelectedTab(tab);
-    setSelectedShelf(shelf);
-    setSearchText(QString());
-}
-
 QCoro::Task<bool> AppModel::addBook(ManualBookDraft draft)
 {
     draft.title = Text::trimmed(draft.title);
@@ -107,29 +98,9 @@ QCoro::Task<bool> AppModel::addBook(ManualBookDraft draft)
         co_return false;
     }
 
-    std::optional<QString> failure;
-    try {
-        const auto adding = m_store->addManualBook(draft, artwork);
-        co_await adding;
-        if (!self) {
-            co_return true;
-        }
-        showAdded(LibraryTab::Books, shelfSelection(draft.shelf));
-        const auto loading = reload();
-        co_await loading;
-    } catch (const std::exception &error) {
-        failure = describe(error);
-    }
-    if (!self) {
-        co_return false;
-    }
-    if (failure) {
-        setNotice(AppNotice::error(QStringLiteral("Book Could Not Be Added"), *failure));
-    } else {
-        showToast(QStringLiteral("Book added"), successToast);
-    }
-    endAdding();
-    co_return !failure;
+    const auto finishing
+        = finishAdding(m_store->addManualBook(draft, artwork), LibraryTab::Books, shelfSelection(draft.shelf));
+    co_return co_await finishing;
 }
 
 QCoro::Task<bool> AppModel::addCatalogBook(BookCatalogBook book, QString shelf)
@@ -176,14 +147,24 @@ QCoro::Task<bool> AppModel::addAudiobook(AudibleCatalogBook book, QString status
         }
     }
 
+    const LibraryShelf shelf = status == u"reading" ? LibraryShelf::Active : LibraryShelf::Read;
+    const auto finishing = finishAdding(m_store->addAudiobook(book, status, found, artwork), LibraryTab::Audio, shelf);
+    co_return co_await finishing;
+}
+
+// Once the title is stored it is on screen under its shelf.
+QCoro::Task<bool> AppModel::finishAdding(QFuture<qint64> storing, LibraryTab tab, LibraryShelf shelf)
+{
+    const QPointer self(this);
     std::optional<QString> failure;
     try {
-        const auto adding = m_store->addAudiobook(book, status, found, artwork);
-        co_await adding;
+        co_await storing;
         if (!self) {
             co_return true;
         }
-        showAdded(LibraryTab::Audio, status == u"reading" ? LibraryShelf::Active : LibraryShelf::Read);
+        setSelectedTab(tab);
+        setSelectedShelf(shelf);
+        setSearchText(QString());
         const auto loading = reload();
         co_await loading;
     } catch (const std::exception &error) {
@@ -192,10 +173,13 @@ QCoro::Task<bool> AppModel::addAudiobook(AudibleCatalogBook book, QString status
     if (!self) {
         co_return false;
     }
+    const bool isBook = tab == LibraryTab::Books;
     if (failure) {
-        setNotice(AppNotice::error(QStringLiteral("Audio Title Could Not Be Added"), *failure));
+        setNotice(AppNotice::error(
+            isBook ? QStringLiteral("Book Could Not Be Added") : QStringLiteral("Audio Title Could Not Be Added"),
+            *failure));
     } else {
-        showToast(QStringLiteral("Audio title added"), successToast);
+        showToast(isBook ? QStringLiteral("Book added") : QStringLiteral("Audio title added"), ToastTimes::success);
     }
     endAdding();
     co_return !failure;
@@ -226,7 +210,8 @@ QCoro::Task<bool> AppModel::setBookHidden(Book book, bool hidden)
         co_return false;
     }
     setSelectedBook(std::nullopt);
-    showToast(hidden ? QStringLiteral("Book hidden") : QStringLiteral("Book restored to the library"), successToast);
+    showToast(
+        hidden ? QStringLiteral("Book hidden") : QStringLiteral("Book restored to the library"), ToastTimes::success);
     co_return true;
 }
 

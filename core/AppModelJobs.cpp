@@ -151,28 +151,9 @@ QCoro::Task<> AppModel::synchronizeGoodreads(bool automatic)
 {
     const QPointer self(this);
     beginWork(SidebarOperation::GoodreadsSync, QStringLiteral("Syncing Goodreads…"));
-    std::optional<QString> failure;
-    try {
-        const auto running
-            = coordinated<GoodreadsSyncResult>(QuireBackgroundJob::GoodreadsSync, automatic, goodreadsSync());
-        const auto result = co_await running;
-        if (!self) {
-            co_return;
-        }
-        if (result) {
-            const auto loading = reload();
-            co_await loading;
-            if (!self) {
-                co_return;
-            }
-            if (!automatic) {
-                scheduleArtworkCaching();
-            }
-            reportGoodreadsSync(*result, automatic);
-        }
-    } catch (const std::exception &error) {
-        failure = describe(error);
-    }
+    const auto running = runSync<GoodreadsSyncResult>(QuireBackgroundJob::GoodreadsSync, automatic, goodreadsSync(),
+        [this, automatic](const GoodreadsSyncResult &result) { reportGoodreadsSync(result, automatic); });
+    const auto failure = co_await running;
     if (!self) {
         co_return;
     }
