@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lets every fuzz target run for so many minutes of a processor, one after the
+# Lets every fuzz target run for so many whole minutes of a processor, one after the
 # other, from the corpora in fuzz/corpus. What it finds new stays in build/fuzz;
 # an input that breaks a promise is left there as crash-*, and ends the run.
 # usage: fuzz.sh MINUTES [target...]   e.g. fuzz.sh 30 feed
@@ -7,7 +7,11 @@ set -euo pipefail
 . "$(dirname "$0")/lib/common.sh"
 . "$(dirname "$0")/lib/dependencies.sh"
 
-minutes=${1:?"usage: fuzz.sh MINUTES [target...]"}
+minutes=${1:-}
+[[ $minutes =~ ^[1-9][0-9]*$ ]] || {
+    sed -n '2,5s/^# \{0,1\}//p' "$0" >&2
+    exit 2
+}
 shift
 need build run test
 configure fuzz
