@@ -3,10 +3,9 @@
 #include "sources/NetworkClient.h"
 #include "testing/Await.h"
 #include "testing/LoopbackServer.h"
+#include "testing/Pictures.h"
 
-#include <QBuffer>
 #include <QElapsedTimer>
-#include <QImage>
 
 #include <gtest/gtest.h>
 
@@ -18,17 +17,7 @@ namespace {
 
 using testing::eventually;
 using testing::LoopbackReply;
-
-QByteArray picture()
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImage image(20, 30, QImage::Format_RGB32);
-    image.fill(Qt::darkGreen);
-    image.save(&buffer, "png");
-    return bytes;
-}
+using testing::pngPicture;
 
 class RemoteCoverLoaderTest : public ::testing::Test
 {
@@ -60,16 +49,16 @@ protected:
 
 TEST_F(RemoteCoverLoaderTest, APictureComesAsItWasSent)
 {
-    server.route(u"/1", LoopbackReply::ok(picture()));
+    server.route(u"/1", LoopbackReply::ok(pngPicture()));
     load(server.url(u"/1"));
     EXPECT_TRUE(eventually([this] { return answers.size() == 1; }));
-    EXPECT_EQ(answers.constFirst(), CoverBytes(picture()));
+    EXPECT_EQ(answers.constFirst(), CoverBytes(pngPicture()));
 }
 
 TEST_F(RemoteCoverLoaderTest, WhatIsNoPictureOrNotOfTheWebGivesNothing)
 {
     server.route(u"/html", LoopbackReply::ok("<html></html>", "image/png"));
-    server.route(u"/gone", LoopbackReply::withStatus(404, picture()));
+    server.route(u"/gone", LoopbackReply::withStatus(404, pngPicture()));
     server.route(u"/local", LoopbackReply::redirect("file:///etc/passwd"));
     load(server.url(u"/html"));
     load(server.url(u"/gone"));
@@ -85,8 +74,8 @@ TEST_F(RemoteCoverLoaderTest, WhatIsNoPictureOrNotOfTheWebGivesNothing)
 
 TEST_F(RemoteCoverLoaderTest, OneThatHasComeIsKeptAndOneThatHasNotIsAskedForAgain)
 {
-    server.route(u"/1", LoopbackReply::ok(picture()));
-    server.route(u"/2", {LoopbackReply::withStatus(503), LoopbackReply::ok(picture())});
+    server.route(u"/1", LoopbackReply::ok(pngPicture()));
+    server.route(u"/2", {LoopbackReply::withStatus(503), LoopbackReply::ok(pngPicture())});
     load(server.url(u"/1"));
     load(server.url(u"/2"));
     ASSERT_TRUE(eventually([this] { return answers.size() == 2; }));
@@ -113,7 +102,7 @@ TEST_F(RemoteCoverLoaderTest, AFewComeAtATimeAndThoseNotWantedAnyMoreAreNotFetch
     EXPECT_TRUE(answers.isEmpty());
 
     stop = std::stop_source();
-    server.route(u"/new", LoopbackReply::ok(picture()));
+    server.route(u"/new", LoopbackReply::ok(pngPicture()));
     load(server.url(u"/new"));
     EXPECT_TRUE(eventually([this] { return answers.size() == 1; })); // the way is free
 }

@@ -1,9 +1,8 @@
 #include "ModelTest.h"
+#include "testing/Pictures.h"
 
 #include <gmock/gmock.h>
 
-#include <QBuffer>
-#include <QImage>
 #include <QSignalSpy>
 
 namespace quire {
@@ -15,19 +14,9 @@ using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::IsEmpty;
 using testing::LoopbackReply;
+using testing::pngPicture;
 
 const QString checking = QStringLiteral("Checking locally stored artwork…");
-
-QByteArray picture()
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImage image(20, 30, QImage::Format_RGB32);
-    image.fill(Qt::darkGreen);
-    image.save(&buffer, "png");
-    return bytes;
-}
 
 class AppModelArtwork : public ModelTest
 {
@@ -59,7 +48,7 @@ protected:
             LoopbackReply::ok(R"({"results":[{"trackName":")" + title
                 + R"(","artistName":"Frank Herbert","artworkUrl100":")" + services.url(u"/100x100bb.jpg").toEncoded()
                 + "\"}]}"));
-        services.route(u"/600x900bb.jpg", LoopbackReply::ok(picture()));
+        services.route(u"/600x900bb.jpg", LoopbackReply::ok(pngPicture()));
     }
 
     // A job of that kind that ends only with the test.
@@ -114,16 +103,16 @@ TEST_F(AppModelArtwork, APassThatFetchedNothingDoesNotReloadAndTellsTheCoverage)
 
 TEST_F(AppModelArtwork, ADownloadedCoverIsShownAndNotLogged)
 {
-    services.route(u"/emma.png", LoopbackReply::ok(picture()));
+    services.route(u"/emma.png", LoopbackReply::ok(pngPicture()));
     addBookWithoutCover(QStringLiteral("Emma"), services.url(u"/emma.png"));
     startModel();
-    EXPECT_EQ(model->books().constFirst().coverData, CoverBytes(picture()));
+    EXPECT_EQ(model->books().constFirst().coverData, CoverBytes(pngPicture()));
     EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(AppModelArtwork, DrawnCoversAreLoggedWithThoseDownloaded)
 {
-    services.route(u"/emma.png", LoopbackReply::ok(picture()));
+    services.route(u"/emma.png", LoopbackReply::ok(pngPicture()));
     addBookWithoutCover(QStringLiteral("Emma"), services.url(u"/emma.png"));
     addBookWithoutCover(QStringLiteral("Momo"));
     startModel();
@@ -216,7 +205,7 @@ TEST_F(AppModelArtwork, RefreshingTellsHowManyCoversAreNew)
     EXPECT_FALSE(model->isWorking());
     EXPECT_EQ(model->activityLabel(), QString());
     EXPECT_EQ(std::count_if(model->audiobooks().begin(), model->audiobooks().end(),
-                  [](const Audiobook &title) { return title.coverData == CoverBytes(picture()); }),
+                  [](const Audiobook &title) { return title.coverData == CoverBytes(pngPicture()); }),
         1);
     expectStatus(QStringLiteral("0 book covers and 2 audio covers stored locally."));
     EXPECT_EQ(artworkHistory().size(), 6); // of the start, of this, and of the pass that follows

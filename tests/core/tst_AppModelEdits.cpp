@@ -1,9 +1,8 @@
 #include "ModelTest.h"
+#include "testing/Pictures.h"
 
 #include <gmock/gmock.h>
 
-#include <QBuffer>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,16 +15,7 @@ using testing::await;
 using testing::eventually;
 using ::testing::IsEmpty;
 using testing::LoopbackReply;
-
-QByteArray picture(const QSize &size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    EXPECT_TRUE(image.save(&buffer, "png"));
-    return bytes;
-}
+using testing::pngPicture;
 
 QByteArray json(const QJsonObject &object)
 {
@@ -107,7 +97,7 @@ protected:
 
     QString noticeTitle() const { return model->notice() ? model->notice()->title : QString(); }
 
-    const QByteArray found = picture({60, 90});
+    const QByteArray found = pngPicture({60, 90});
 };
 
 // Books. -----------------------------------------------------------------------
@@ -303,7 +293,7 @@ TEST_F(AppModelEdits, APortraitCoverGoesBeforeTheOneOfTheAudioCatalogue)
 TEST_F(AppModelEdits, WithoutAPortraitCoverTheOneOfTheAudioCatalogueIsTaken)
 {
     startModel();
-    const QByteArray square = picture({80, 80});
+    const QByteArray square = pngPicture({80, 80});
     AudibleCatalogBook book = audioTitle(QStringLiteral("Tidewater"));
     book.coverURL = Url::parse(services.url(u"/square.png").toString());
     services.route(u"/square.png", LoopbackReply::ok(square, "image/png"));
