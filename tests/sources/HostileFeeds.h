@@ -1,0 +1,62 @@
+// What the tests of hostile documents and of hostile servers share: the longest
+// feed there may be, and what reading one may cost.
+
+#pragma once
+
+#include "sources/NetworkClient.h"
+#include "testing/ResourceUse.h"
+
+#include <QByteArray>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace quire::testing {
+
+inline constexpr qsizetype longestFeed = NetworkClient::defaultBodyCap;
+
+inline const QByteArray feedOpening = "<rss><channel><item><book_id>1</book_id><title>A</title></item>";
+
+// `feedOpening`, then `piece` again and again, as long as a feed may be.
+inline QByteArray filledWith(const QByteArray &piece, const QByteArray &before = {})
+{
+    QByteArray document;
+    document.reserve(longestFeed);
+    document += feedOpening + before;
+    while (document.size() + piece.size() <= longestFeed) {
+        document += piece;
+    }
+    return document;
+}
+
+inline QByteArray ordinaryItem()
+{
+    return "<item><guid><![CDATA[https://www.goodreads.com/review/show/1]]></guid><book_id>9843479</book_id>"
+           "<title>The Sea, the Sea (Booker, #1)</title>"
+           "<book_large_image_url><![CDATA[https://i.gr-assets.com/images/S/books/1355943188l/9843479.jpg]]></"
+           "book_large_image_url>"
+           "<book_description><![CDATA["
+        + QByteArray(
+            "Charles Arrowby, leading light of England's <i>theatrical</i> set, retires &amp; writes.<br /><br />")
+              .repeated(20)
+        + "]]></book_description><book id=\"9843479\"><num_pages>495</num_pages></book><author_name>Iris "
+          "Murdoch</author_name>"
+          "<isbn>1101495650</isbn><user_rating>five</user_rating>"
+          "<user_date_added><![CDATA[Mon, 07 Sep 2026 07:42:42 -0700]]></user_date_added>"
+          "<user_shelves><![CDATA[currently-reading, classics]]></user_shelves><average_rating>4.05</average_rating>"
+          "<book_published>1978</book_published></item>\n";
+}
+
+inline void expectCheap(const ResourceUse &use, const char *name, qint64 milliseconds)
+{
+    const qint64 megabytes = use.peakMegabytes();
+    std::printf("[ MEASURED ] %-28s %5lld ms %4lld MB\n", name, static_cast<long long>(milliseconds),
+        static_cast<long long>(megabytes));
+    EXPECT_LE(milliseconds, 2000 * patience);
+    if (!isInstrumented) {
+        EXPECT_LE(megabytes, 200);
+    }
+}
+
+} // namespace quire::testing
