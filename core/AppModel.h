@@ -155,6 +155,13 @@ public:
     // job runs.
     QCoro::Task<> synchronizeAll();
 
+    // Catalogues. ----------------------------------------------------------------
+
+    // Ask a catalogue, for whoever shows the answer; see AudibleService::search
+    // and BookCatalogService::search. They throw the failures of the service.
+    QCoro::Task<QList<BookCatalogBook>> searchBookCatalog(QString query, int limit, std::stop_token stop);
+    QCoro::Task<QList<AudibleCatalogBook>> searchAudibleCatalog(QString query, int limit, std::stop_token stop);
+
     // Edits. ---------------------------------------------------------------------
 
     // Each adds one title, looks for its cover, and shows it on its shelf. True

@@ -1,9 +1,10 @@
-// The search of the audiobook catalogue that follows the search field.
+// The catalogues: searched at the reader's command, and as the search field is typed in.
 
 #include "core/AppModelAssign.h"
 #include "records/Failure.h"
 #include "records/Text.h"
 #include "sources/AudibleService.h"
+#include "sources/BookCatalogService.h"
 
 #include <QPointer>
 
@@ -18,6 +19,16 @@ constexpr int resultLimit = 8;
 constexpr qsizetype shortestQuery = 2; // in characters as the reader sees them
 
 } // namespace
+
+QCoro::Task<QList<BookCatalogBook>> AppModel::searchBookCatalog(QString query, int limit, std::stop_token stop)
+{
+    return BookCatalogService::search(m_dependencies.network, m_dependencies.endpoints, query, limit, stop);
+}
+
+QCoro::Task<QList<AudibleCatalogBook>> AppModel::searchAudibleCatalog(QString query, int limit, std::stop_token stop)
+{
+    return AudibleService::search(m_dependencies.network, m_dependencies.endpoints, query, limit, stop);
+}
 
 bool AppModel::showsAudibleCatalog() const
 {
@@ -48,8 +59,7 @@ QCoro::Task<> AppModel::searchAudible(QString query, std::stop_token stop)
     QList<AudibleCatalogBook> results;
     std::optional<QString> failure;
     try {
-        const auto searching
-            = AudibleService::search(m_dependencies.network, m_dependencies.endpoints, query, resultLimit, stop);
+        const auto searching = searchAudibleCatalog(query, resultLimit, stop);
         results = co_await searching;
     } catch (const std::exception &error) {
         failure = describe(error);

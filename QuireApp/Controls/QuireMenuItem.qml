@@ -9,6 +9,7 @@ T.MenuItem {
     id: entry
 
     property string shortcutText
+    property string symbol // where the check is
 
     implicitWidth: title.implicitWidth + shortcut.implicitWidth + (shortcut.visible ? 24 : 0) + leftPadding
         + rightPadding
@@ -47,8 +48,8 @@ T.MenuItem {
     indicator: SymbolPicture {
         x: 9
         anchors.verticalCenter: parent.verticalCenter
-        visible: entry.checked
-        name: "checkmark"
+        visible: entry.checked || entry.symbol.length > 0
+        name: entry.checked ? "checkmark" : entry.symbol
         size: 12
         color: Theme.ink
     }

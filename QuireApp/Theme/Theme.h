@@ -28,6 +28,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor accentHovered READ accentHovered NOTIFY paletteChanged)
     Q_PROPERTY(QColor accentPressed READ accentPressed NOTIFY paletteChanged)
     Q_PROPERTY(QColor onAccent READ onAccent NOTIFY paletteChanged)
+    Q_PROPERTY(QColor onCatalogAccent READ onCatalogAccent NOTIFY paletteChanged)
     Q_PROPERTY(QColor mark READ mark NOTIFY paletteChanged)
     Q_PROPERTY(QColor focusRing READ focusRing NOTIFY paletteChanged)
     Q_PROPERTY(QColor menuHover READ menuHover NOTIFY paletteChanged)
@@ -91,6 +92,7 @@ public:
     QColor accentHovered() const { return ThemePalette::darkened(m_palette.accent, 0.06); }
     QColor accentPressed() const { return ThemePalette::darkened(m_palette.accent, 0.12); }
     QColor onAccent() const { return ThemePalette::foregroundOnAccent(m_palette.rgb); }
+    QColor onCatalogAccent() const { return ThemePalette::catalogForegroundOnAccent(m_palette.rgb); }
     // Rings, checks and the edge of a focused field: seen with every accent.
     QColor mark() const { return ThemePalette::markOnLight(m_palette.rgb); }
     QColor focusRing() const;

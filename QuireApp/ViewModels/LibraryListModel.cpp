@@ -9,7 +9,7 @@ namespace quire {
 LibraryRow LibraryRow::of(const Book &book)
 {
     return {book.id, book.title, book.author, LibraryTexts::pages(book.numberOfPages),
-        CoverSource::ofBook(book.id, book.coverData)};
+        CoverSource::ofBook(book.id, book.coverData), book.isHidden};
 }
 
 LibraryRow LibraryRow::of(const Audiobook &audiobook)
@@ -92,6 +92,8 @@ QVariant LibraryListModel::data(const QModelIndex &index, int role) const
         return QVariant::fromValue(row.cover);
     case AccessibleNameRole:
         return LibraryTexts::viewDetails(row.title);
+    case IsHiddenRole:
+        return row.isHidden;
     default:
         return {};
     }
@@ -106,6 +108,7 @@ QHash<int, QByteArray> LibraryListModel::roleNames() const
         {PagesRole, QByteArrayLiteral("pages")},
         {CoverRole, QByteArrayLiteral("cover")},
         {AccessibleNameRole, QByteArrayLiteral("accessibleName")},
+        {IsHiddenRole, QByteArrayLiteral("isHidden")},
     };
 }
 

@@ -26,6 +26,7 @@ struct LibraryRow
     QString author;
     QString pages; // "320 pages", empty when not known
     CoverSource cover;
+    bool isHidden = false;
 
     static LibraryRow of(const Book &book);
     static LibraryRow of(const Audiobook &audiobook);
@@ -49,6 +50,7 @@ public:
         PagesRole,
         CoverRole,
         AccessibleNameRole,
+        IsHiddenRole,
     };
     Q_ENUM(Role)
 

@@ -50,6 +50,11 @@ Choice shelfChoice(LibraryShelf shelf, LibraryTab tab)
 
 } // namespace
 
+QString count(qint64 count, const QLocale &locale)
+{
+    return locale.toString(count);
+}
+
 QString titleCount(qint64 count, const QLocale &locale)
 {
     return locale.toString(count) + (count == 1 ? QStringLiteral(" title") : QStringLiteral(" titles"));
@@ -58,6 +63,14 @@ QString titleCount(qint64 count, const QLocale &locale)
 QString pages(const std::optional<qint64> &count)
 {
     return count ? QStringLiteral("%1 pages").arg(*count) : QString();
+}
+
+QString series(const std::optional<QString> &title, const std::optional<qint64> &number)
+{
+    if (!title) {
+        return {};
+    }
+    return number ? QStringLiteral("%1 #%2").arg(*title, QString::number(*number)) : *title;
 }
 
 QString viewDetails(const QString &title)
@@ -137,6 +150,26 @@ QList<Choice> sorts()
         {rawValue(LibrarySort::Recent), QStringLiteral("Recent"), QString()},
         {rawValue(LibrarySort::Title), QStringLiteral("Title"), QString()},
         {rawValue(LibrarySort::Rating), QStringLiteral("Rating"), QString()},
+    };
+}
+
+QList<Choice> readingStatuses()
+{
+    return {
+        {QStringLiteral("currently-reading"), QStringLiteral("Currently Reading"), QString()},
+        {QStringLiteral("read"), QStringLiteral("Read"), QString()},
+        {QStringLiteral("to-read"), QStringLiteral("Want to Read"), QString()},
+        {QStringLiteral("did-not-finish"), QStringLiteral("Did Not Finish"), QString()},
+    };
+}
+
+QList<Choice> listeningStatuses()
+{
+    return {
+        {QStringLiteral("reading"), QStringLiteral("Currently Listening"), QString()},
+        {QStringLiteral("read"), QStringLiteral("Read"), QString()},
+        {QStringLiteral("to-read"), QStringLiteral("Want to Read"), QString()},
+        {QStringLiteral("did-not-finish"), QStringLiteral("Did Not Finish"), QString()},
     };
 }
 

@@ -20,8 +20,14 @@ namespace quire::LibraryTexts {
 // "1 title", "1,234 titles": digits grouped as the locale groups them.
 QString titleCount(qint64 count, const QLocale &locale = QLocale::system());
 
+// Digits grouped as the locale groups them.
+QString count(qint64 count, const QLocale &locale = QLocale::system());
+
 // "320 pages"; empty without a number.
 QString pages(const std::optional<qint64> &count);
+
+// "Coast Songs #2"; empty without a series.
+QString series(const std::optional<QString> &title, const std::optional<qint64> &number);
 
 // How a cover is named to a screen reader.
 QString viewDetails(const QString &title);
@@ -46,6 +52,10 @@ QList<Choice> sidebarShelves(LibraryTab tab);
 QList<Choice> menuShelves(LibraryTab tab);
 
 QList<Choice> sorts();
+
+// What a reader may say of a book and of an audiobook.
+QList<Choice> readingStatuses();
+QList<Choice> listeningStatuses();
 
 // When the reading list was published last, as the foot of the settings tells
 // it. publishLastRun: an instant as text.

@@ -1,5 +1,6 @@
 #include "QuireApp/ViewModels/LibraryViewModel.h"
 
+#include "concurrency/Detach.h"
 #include "core/AppModel.h"
 #include "QuireApp/ViewModels/LibraryTexts.h"
 
@@ -16,6 +17,12 @@ std::optional<Record> titleWithId(const QList<Record> &titles, qint64 id)
     return found == titles.end() ? std::nullopt : std::optional(*found);
 }
 
+// The model has told the reader how it ended.
+QCoro::Task<> finished(QCoro::Task<bool> work)
+{
+    co_await work;
+}
+
 } // namespace
 
 LibraryViewModel::LibraryViewModel(AppModel &model, QObject *parent)
@@ -28,6 +35,7 @@ LibraryViewModel::LibraryViewModel(AppModel &model, QObject *parent)
         Q_EMIT selectedTabChanged();
         Q_EMIT headingChanged();
         Q_EMIT pageChanged();
+        Q_EMIT catalogChanged();
     });
     connect(&m_model, &AppModel::selectedShelfChanged, this, [this] {
         Q_EMIT selectedShelfChanged();
@@ -35,6 +43,13 @@ LibraryViewModel::LibraryViewModel(AppModel &model, QObject *parent)
     });
     connect(&m_model, &AppModel::selectedSortChanged, this, &LibraryViewModel::selectedSortChanged);
     connect(&m_model, &AppModel::searchTextChanged, this, &LibraryViewModel::searchTextChanged);
+    connect(&m_model, &AppModel::searchTextChanged, this, &LibraryViewModel::catalogChanged);
+    connect(&m_model, &AppModel::isSearchingAudibleChanged, this, &LibraryViewModel::catalogChanged);
+    connect(&m_model, &AppModel::audibleSearchErrorChanged, this, &LibraryViewModel::catalogChanged);
+    connect(&m_model, &AppModel::audibleCatalogResultsChanged, this, [this] {
+        m_catalog.show(m_model.audibleCatalogResults());
+        Q_EMIT catalogChanged();
+    });
     connect(&m_model, &AppModel::filteredBooksChanged, this, &LibraryViewModel::updateBooks);
     connect(&m_model, &AppModel::bookPageChanged, this, &LibraryViewModel::updateBooks);
     connect(&m_model, &AppModel::filteredAudiobooksChanged, this, &LibraryViewModel::updateAudiobooks);
@@ -167,6 +182,40 @@ QString LibraryViewModel::emptySymbol() const
     return LibraryTexts::emptySymbol(m_model.selectedTab());
 }
 
+bool LibraryViewModel::showsAudibleCatalog() const
+{
+    return m_model.showsAudibleCatalog();
+}
+
+QString LibraryViewModel::foundInLibraryText() const
+{
+    return LibraryTexts::count(m_model.filteredAudiobooks().size());
+}
+
+bool LibraryViewModel::isSearchingAudible() const
+{
+    return m_model.isSearchingAudible();
+}
+
+QString LibraryViewModel::catalogMessage() const
+{
+    if (m_model.isSearchingAudible()) {
+        return {};
+    }
+    if (const auto &error = m_model.audibleSearchError()) {
+        return QStringLiteral("Audible search failed: ") + *error;
+    }
+    return m_model.audibleCatalogResults().isEmpty() ? QStringLiteral("No matching titles found on Audible.")
+                                                     : QString();
+}
+
+void LibraryViewModel::addCatalogResult(int row, const QString &status)
+{
+    if (row >= 0 && row < m_model.audibleCatalogResults().size()) {
+        detach(finished(m_model.addAudiobook(m_model.audibleCatalogResults().at(row), status)));
+    }
+}
+
 bool LibraryViewModel::showsPaging() const
 {
     return showsBooks() && m_model.totalBookPages() >= 2;
@@ -205,6 +254,13 @@ void LibraryViewModel::openBook(qint64 id)
 void LibraryViewModel::openAudiobook(qint64 id)
 {
     m_model.setSelectedAudiobook(titleWithId(m_model.audiobooks(), id));
+}
+
+void LibraryViewModel::setBookHidden(qint64 id, bool hidden)
+{
+    if (const auto book = titleWithId(m_model.books(), id)) {
+        detach(finished(m_model.setBookHidden(*book, hidden)));
+    }
 }
 
 } // namespace quire

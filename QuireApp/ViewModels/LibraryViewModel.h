@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "QuireApp/ViewModels/CatalogListModel.h"
 #include "QuireApp/ViewModels/ChoiceListModel.h"
 #include "QuireApp/ViewModels/LibraryListModel.h"
 
@@ -48,6 +49,14 @@ class LibraryViewModel : public QObject
     Q_PROPERTY(QString emptyLabel READ emptyLabel NOTIFY selectedTabChanged)
     Q_PROPERTY(QString emptySymbol READ emptySymbol NOTIFY selectedTabChanged)
 
+    // What the audiobook catalogue has, while the search field is used on the
+    // audio tab.
+    Q_PROPERTY(bool showsAudibleCatalog READ showsAudibleCatalog NOTIFY catalogChanged)
+    Q_PROPERTY(QString foundInLibraryText READ foundInLibraryText NOTIFY headingChanged)
+    Q_PROPERTY(bool isSearchingAudible READ isSearchingAudible NOTIFY catalogChanged)
+    Q_PROPERTY(QString catalogMessage READ catalogMessage NOTIFY catalogChanged) // empty for none
+    Q_PROPERTY(quire::CatalogListModel *catalog READ catalog CONSTANT)
+
     // Pages of books.
     Q_PROPERTY(bool showsPaging READ showsPaging NOTIFY pageChanged)
     Q_PROPERTY(QString pageDescription READ pageDescription NOTIFY pageChanged)
@@ -87,6 +96,14 @@ public:
     QString emptyLabel() const;
     QString emptySymbol() const;
 
+    bool showsAudibleCatalog() const;
+    QString foundInLibraryText() const;
+    bool isSearchingAudible() const;
+    QString catalogMessage() const;
+    CatalogListModel *catalog() { return &m_catalog; }
+    // Adds a result of the catalogue. status: its word.
+    Q_INVOKABLE void addCatalogResult(int row, const QString &status);
+
     bool showsPaging() const;
     QString pageDescription() const;
     bool hasPreviousPage() const;
@@ -98,6 +115,9 @@ public:
     Q_INVOKABLE void openBook(qint64 id);
     Q_INVOKABLE void openAudiobook(qint64 id);
 
+    // Hides the book of that row id, or restores it.
+    Q_INVOKABLE void setBookHidden(qint64 id, bool hidden);
+
 Q_SIGNALS:
     void selectedTabChanged();
     void selectedShelfChanged();
@@ -105,6 +125,7 @@ Q_SIGNALS:
     void searchTextChanged();
     void headingChanged();
     void pageChanged();
+    void catalogChanged();
 
 private:
     void updateTabs();
@@ -121,6 +142,7 @@ private:
     ChoiceListModel m_sorts;
     LibraryListModel m_books; // one page
     LibraryListModel m_audiobooks;
+    CatalogListModel m_catalog;
 };
 
 } // namespace quire

@@ -13,12 +13,14 @@ SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *pa
     : QObject(parent)
     , m_model(model)
     , m_helpHost(std::move(helpHost))
-    , m_selectedTab(QStringLiteral("goodreads"))
+    , m_selectedTab(QStringLiteral("libraries"))
     , m_edit(SettingsEdit::of(model.settings()))
 {
-    m_tabs.setChoices({{m_selectedTab, QStringLiteral("Goodreads"), QString()},
+    m_tabs.setChoices({{m_selectedTab, QStringLiteral("Libraries"), QString()},
+        {QStringLiteral("goodreads"), QStringLiteral("Goodreads"), QString()},
         {QStringLiteral("data"), QStringLiteral("Data"), QString()}});
     connect(&m_model, &AppModel::settingsChanged, this, &SettingsViewModel::settingsChanged);
+    connect(&m_model, &AppModel::audibleAvailabilityChanged, this, &SettingsViewModel::audibleChanged);
 }
 
 void SettingsViewModel::selectTab(const QString &word)
@@ -36,6 +38,61 @@ void SettingsViewModel::enter(Value SettingsEdit::*buffer, const std::type_ident
         m_edit.*buffer = value;
         Q_EMIT editChanged();
     }
+}
+
+bool SettingsViewModel::isAudibleInstalled() const
+{
+    return m_model.audibleAvailability().isInstalled();
+}
+
+QString SettingsViewModel::audibleDetail() const
+{
+    return m_model.audibleAvailability().detail();
+}
+
+QString SettingsViewModel::audiblePermissionText() const
+{
+    if (!isAudibleInstalled()) {
+        return {};
+    }
+    return m_model.audibleAvailability().libraryURL
+        ? QStringLiteral("macOS may ask before Quire reads Audible data. Choose Allow. If macOS reports Quire was "
+                         "blocked, enable Quire in System Settings › Privacy & Security (usually Full Disk Access), "
+                         "then quit and reopen Quire.")
+        : QStringLiteral("First sync permission: macOS may report that Quire was blocked from data belonging to "
+                         "another app. Choose Allow. If access remains blocked, open System Settings › Privacy & "
+                         "Security, enable Quire in the privacy section macOS presents (usually Full Disk Access), "
+                         "quit and reopen Quire, then click Grant Access.");
+}
+
+void SettingsViewModel::setShowBooksSection(bool shows)
+{
+    enter(&SettingsEdit::showBooksSection, shows);
+}
+
+void SettingsViewModel::setShowAudioSection(bool shows)
+{
+    enter(&SettingsEdit::showAudioSection, shows);
+}
+
+void SettingsViewModel::setAutomaticGoodreadsSync(bool automatic)
+{
+    enter(&SettingsEdit::automaticGoodreadsSync, automatic);
+}
+
+void SettingsViewModel::setAutomaticAudibleSync(bool automatic)
+{
+    enter(&SettingsEdit::automaticAudibleSync, automatic);
+}
+
+void SettingsViewModel::grantAudibleLibraryAccess()
+{
+    detach(m_model.grantAudibleLibraryAccess());
+}
+
+void SettingsViewModel::refreshAudiobookCovers()
+{
+    detach(m_model.refreshAudiobookCovers());
 }
 
 void SettingsViewModel::setGoodreadsUserID(const QString &text)

@@ -31,6 +31,15 @@ class SettingsViewModel : public QObject
     Q_PROPERTY(quire::ChoiceListModel *tabs READ tabs CONSTANT)
     Q_PROPERTY(QString selectedTab READ selectedTab WRITE selectTab NOTIFY selectedTabChanged)
 
+    Q_PROPERTY(bool isAudibleInstalled READ isAudibleInstalled NOTIFY audibleChanged)
+    Q_PROPERTY(QString audibleDetail READ audibleDetail NOTIFY audibleChanged)
+    Q_PROPERTY(QString audiblePermissionText READ audiblePermissionText NOTIFY audibleChanged)
+    Q_PROPERTY(bool showBooksSection READ showBooksSection WRITE setShowBooksSection NOTIFY editChanged)
+    Q_PROPERTY(bool showAudioSection READ showAudioSection WRITE setShowAudioSection NOTIFY editChanged)
+    Q_PROPERTY(
+        bool automaticGoodreadsSync READ automaticGoodreadsSync WRITE setAutomaticGoodreadsSync NOTIFY editChanged)
+    Q_PROPERTY(bool automaticAudibleSync READ automaticAudibleSync WRITE setAutomaticAudibleSync NOTIFY editChanged)
+
     Q_PROPERTY(QString goodreadsUserID READ goodreadsUserID WRITE setGoodreadsUserID NOTIFY editChanged)
     Q_PROPERTY(QString goodreadsKey READ goodreadsKey WRITE setGoodreadsKey NOTIFY editChanged)
     Q_PROPERTY(QString goodreadsKeyPrompt READ goodreadsKeyPrompt NOTIFY settingsChanged)
@@ -54,6 +63,19 @@ public:
     ChoiceListModel *tabs() { return &m_tabs; }
     QString selectedTab() const { return m_selectedTab; }
     void selectTab(const QString &word);
+
+    bool isAudibleInstalled() const;
+    QString audibleDetail() const;
+    // What the reader may have to allow; empty while the application is not there.
+    QString audiblePermissionText() const;
+    bool showBooksSection() const { return m_edit.showBooksSection; }
+    void setShowBooksSection(bool shows);
+    bool showAudioSection() const { return m_edit.showAudioSection; }
+    void setShowAudioSection(bool shows);
+    bool automaticGoodreadsSync() const { return m_edit.automaticGoodreadsSync; }
+    void setAutomaticGoodreadsSync(bool automatic);
+    bool automaticAudibleSync() const { return m_edit.automaticAudibleSync; }
+    void setAutomaticAudibleSync(bool automatic);
 
     QString goodreadsUserID() const { return m_edit.goodreadsUserID; }
     void setGoodreadsUserID(const QString &text);
@@ -79,6 +101,10 @@ public:
     // Takes every buffer from the settings in force.
     Q_INVOKABLE void load();
 
+    // Asks the reader for the folder of the Audible application.
+    Q_INVOKABLE void grantAudibleLibraryAccess();
+    Q_INVOKABLE void refreshAudiobookCovers();
+
     // Ask the reader, beginning at the folder in the buffer, which takes the
     // answer.
     Q_INVOKABLE void chooseDatabaseFolder();
@@ -98,6 +124,7 @@ Q_SIGNALS:
     void selectedTabChanged();
     void editChanged();
     void settingsChanged();
+    void audibleChanged();
     void savingChanged();
     void backingUpChanged();
     void saved();

@@ -14,6 +14,8 @@ ShellViewModel::ShellViewModel(
     , m_activity(model)
     , m_insights(model)
     , m_settings(model, helpHost)
+    , m_addBook(model)
+    , m_addAudiobook(model)
 {
 }
 

@@ -6,6 +6,8 @@
 #pragma once
 
 #include "QuireApp/ViewModels/ActivityViewModel.h"
+#include "QuireApp/ViewModels/AddAudiobookViewModel.h"
+#include "QuireApp/ViewModels/AddBookViewModel.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
 #include "QuireApp/ViewModels/LibraryViewModel.h"
@@ -27,6 +29,8 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::ActivityViewModel *activity READ activity CONSTANT)
     Q_PROPERTY(quire::InsightsViewModel *insights READ insights CONSTANT)
     Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
+    Q_PROPERTY(quire::AddBookViewModel *addBook READ addBook CONSTANT)
+    Q_PROPERTY(quire::AddAudiobookViewModel *addAudiobook READ addAudiobook CONSTANT)
     Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
 public:
@@ -39,6 +43,8 @@ public:
     ActivityViewModel *activity() { return &m_activity; }
     InsightsViewModel *insights() { return &m_insights; }
     SettingsViewModel *settings() { return &m_settings; }
+    AddBookViewModel *addBook() { return &m_addBook; }
+    AddAudiobookViewModel *addAudiobook() { return &m_addAudiobook; }
     FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
 
     Q_INVOKABLE void openDataFolder();
@@ -58,6 +64,8 @@ private:
     ActivityViewModel m_activity;
     InsightsViewModel m_insights;
     SettingsViewModel m_settings;
+    AddBookViewModel m_addBook;
+    AddAudiobookViewModel m_addAudiobook;
 };
 
 } // namespace quire

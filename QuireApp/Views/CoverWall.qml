@@ -1,5 +1,5 @@
-// A wall of covers under its heading, made lazily: a card exists only near what
-// is in sight.
+// A wall of covers between a head and a foot, which scroll with it; made lazily:
+// a card exists only near what is in sight.
 
 pragma ComponentBehavior: Bound
 
@@ -11,9 +11,12 @@ import Quire
 FocusScope {
     id: view
 
-    required property LibraryViewModel library
     required property LibraryListModel titles
     required property Component card // a LibraryCard that hands its keys to handleKey()
+    required property Item head
+    required property Item foot
+
+    readonly property bool isEmpty: grid.count === 0
 
     readonly property int sidePadding: 16
     readonly property int columnSpacing: 28
@@ -34,16 +37,37 @@ FocusScope {
 
     onVisibleChanged: if (view.visible) view.showTop()
 
-    // Heading and pages scroll with the grid, in its margins; beside it and not
-    // in it, so that Tab goes through them in the order of the eye.
-    LibraryControlsView {
-        id: controls
+    // The keyboard has come to something in the foot, which may be out of sight.
+    readonly property Item focused: view.Window.activeFocusItem
+    onFocusedChanged: {
+        let item = view.focused;
+        while (item && item !== foot.children[0])
+            item = item.parent;
+        if (item)
+            view.showInFoot(view.focused);
+    }
+
+    function showInFoot(item: Item) {
+        const top = item.mapToItem(view, 0, 0).y;
+        const below = top + item.height + 16 - view.height;
+        const lowest = Math.max(-grid.topMargin, grid.contentHeight + grid.bottomMargin - grid.height);
+        if (below > 0)
+            grid.contentY = Math.min(lowest, grid.contentY + below);
+        else if (top < 0)
+            grid.contentY += top - 16;
+    }
+
+    // Head and foot scroll with the grid, in its margins; beside it and not in it,
+    // so that Tab goes through them in the order of the eye.
+    Item {
+        id: head
 
         x: view.wallLeft
         y: 16 - (grid.contentY + grid.topMargin)
         z: 1 // the grid's margin lies over it
         width: view.wallWidth
-        library: view.library
+        height: view.head.implicitHeight
+        children: [view.head]
     }
 
     GridView {
@@ -54,8 +78,8 @@ FocusScope {
         height: view.height
         leftMargin: view.wallLeft
         onLeftMarginChanged: grid.contentX = -grid.leftMargin // stays where it was otherwise
-        topMargin: 16 + controls.implicitHeight + 16 + 10
-        bottomMargin: paging.implicitHeight - view.rowSpacing // which follows the last row too
+        topMargin: 16 + view.head.implicitHeight + 16 + 10
+        bottomMargin: view.foot.implicitHeight - (grid.count > 0 ? view.rowSpacing : 0) // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing
         cacheBuffer: 2 * cellHeight
@@ -75,15 +99,15 @@ FocusScope {
         }
     }
 
-    LibraryPagingRow {
-        id: paging
+    Item {
+        id: foot
 
         x: view.wallLeft
-        y: grid.contentHeight - view.rowSpacing - grid.contentY
+        y: grid.contentHeight - (grid.count > 0 ? view.rowSpacing : 0) - grid.contentY
+        z: 1
         width: view.wallWidth
-        visible: grid.count > 0
-        library: view.library
-        onFocusEntered: grid.contentY = grid.contentHeight + grid.bottomMargin - grid.height
+        height: view.foot.implicitHeight
+        children: [view.foot]
     }
 
     // A card takes the arrow keys; Tab goes on to what comes after the grid.

@@ -6,16 +6,13 @@ SettingsSection {
     id: tab
 
     required property SettingsViewModel settings
+    required property bool isWorking
 
     signal accepted // Return in a field
     signal dataFolderRequested
     signal logsRequested
 
-    // Where the reader begins to type.
-    function focusFirstField() {
-        libraryFolder.focusField();
-    }
-
+    firstField: libraryFolder.field
     title: "Data & Backups"
     systemImage: "externaldrive"
 
@@ -104,6 +101,11 @@ SettingsSection {
             text: "Back Up Database"
             busy: tab.settings.isBackingUp
             onClicked: tab.settings.backUpDatabase()
+        }
+        BorderedButton {
+            text: "Refresh Audio Covers"
+            enabled: !tab.isWorking
+            onClicked: tab.settings.refreshAudiobookCovers()
         }
         BorderedButton {
             text: "Open Backups"

@@ -15,15 +15,13 @@ Row {
     signal folderRequested
     signal defaultRequested
 
-    function focusField() {
-        field.forceActiveFocus();
-    }
+    readonly property Item field: input
 
     height: 34
     spacing: 8
 
     QuireTextField {
-        id: field
+        id: input
 
         width: row.width - folderButton.width - defaultButton.width - 2 * row.spacing
         text: row.path
@@ -33,7 +31,7 @@ Row {
 
         QuireToolTip {
             text: row.path
-            visible: field.hovered && !field.activeFocus && field.contentWidth > field.width - 24
+            visible: input.hovered && !input.activeFocus && input.contentWidth > input.width - 24
         }
     }
     BorderedButton {

@@ -11,12 +11,7 @@ SettingsSection {
     // Return in a field.
     signal accepted
 
-    // Where the reader begins to type.
-    function focusFirstField() {
-        userID.forceActiveFocus();
-        userID.selectAll();
-    }
-
+    firstField: userID
     title: "Goodreads"
     systemImage: "arrow.triangle.2.circlepath"
 

@@ -1,4 +1,5 @@
-// The row over the grid: what is shown and how many, and the sort.
+// The row over the grid: what is shown and how many, a button to add to it, and
+// the sort.
 
 import QtQuick
 
@@ -8,13 +9,17 @@ Item {
     id: controls
 
     required property LibraryViewModel library
+    required property string addText
+    required property string addToolTip
     readonly property Item sortChoice: sort
+
+    signal addRequested
 
     implicitHeight: 44
 
     Column {
         anchors.left: parent.left
-        anchors.right: sort.left
+        anchors.right: add.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
@@ -34,6 +39,17 @@ Item {
         }
     }
 
+    BorderedButton {
+        id: add
+
+        anchors.right: sort.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        symbol: "plus"
+        text: controls.addText
+        toolTipText: controls.addToolTip
+        onClicked: controls.addRequested()
+    }
     MenuChoice {
         id: sort
 

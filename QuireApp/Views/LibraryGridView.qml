@@ -13,8 +13,11 @@ FocusScope {
     id: view
 
     required property LibraryViewModel library
+    required property bool canAdd // no job runs
 
     signal bookPageChanged
+    signal addBookRequested
+    signal addAudiobookRequested
 
     function showTop() {
         books.showTop();
@@ -29,14 +32,26 @@ FocusScope {
 
         anchors.fill: parent
         visible: view.library.showsBooks
-        library: view.library
         titles: view.library.books
+        head: LibraryControlsView {
+            width: parent ? parent.width : 0
+            library: view.library
+            addText: "Add Book"
+            addToolTip: "Search the book catalog or enter a title manually"
+            onAddRequested: view.addBookRequested()
+        }
+        foot: LibraryPagingRow {
+            width: parent ? parent.width : 0
+            visible: !books.isEmpty
+            library: view.library
+        }
         card: BookCard {
             id: bookCard
 
             activeFocusOnTab: GridView.isCurrentItem || activeFocus
             onVisualFocusChanged: if (bookCard.visualFocus) books.makeCurrent(bookCard.index)
             onClicked: view.library.openBook(bookCard.rowId)
+            onHideRequested: hidden => view.library.setBookHidden(bookCard.rowId, hidden)
             Keys.onPressed: event => books.handleKey(event, bookCard.index)
         }
     }
@@ -46,8 +61,31 @@ FocusScope {
 
         anchors.fill: parent
         visible: view.library.showsAudiobooks
-        library: view.library
         titles: view.library.audiobooks
+        head: Column {
+            width: parent ? parent.width : 0
+            spacing: 24
+
+            LibraryControlsView {
+                width: parent.width
+                library: view.library
+                addText: "Add Audiobook"
+                addToolTip: "Search Audible and add a title to Quire"
+                onAddRequested: view.addAudiobookRequested()
+            }
+            ResultGroupHeader {
+                width: parent.width
+                visible: view.library.showsAudibleCatalog
+                title: "In Your Library"
+                value: view.library.foundInLibraryText
+            }
+        }
+        foot: AudibleSearchResultsView {
+            width: parent ? parent.width : 0
+            visible: view.library.showsAudibleCatalog
+            library: view.library
+            canAdd: view.canAdd
+        }
         card: AudiobookCard {
             id: audiobookCard
 

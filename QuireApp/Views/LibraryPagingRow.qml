@@ -10,9 +10,6 @@ Item {
 
     required property LibraryViewModel library
 
-    // The keyboard has come to the row, which may be out of sight.
-    signal focusEntered
-
     implicitHeight: paging.library.showsPaging ? 18 + 28 + 8 : 8
 
     Row {
@@ -26,7 +23,6 @@ Item {
             text: "Previous"
             enabled: paging.library.hasPreviousPage
             onClicked: paging.library.showPreviousPage()
-            onVisualFocusChanged: if (visualFocus) paging.focusEntered()
         }
         QuireText {
             anchors.verticalCenter: parent.verticalCenter
@@ -37,7 +33,6 @@ Item {
             text: "Next"
             enabled: paging.library.hasNextPage
             onClicked: paging.library.showNextPage()
-            onVisualFocusChanged: if (visualFocus) paging.focusEntered()
         }
     }
 }

@@ -8,18 +8,25 @@ FocusScope {
     id: view
 
     required property LibraryViewModel library
+    required property bool canAdd // no job runs
+
+    signal addBookRequested
+    signal addAudiobookRequested
 
     LibraryGridView {
         id: grid
 
         anchors.fill: parent
         library: view.library
+        canAdd: view.canAdd
         onBookPageChanged: grid.showTop()
+        onAddBookRequested: view.addBookRequested()
+        onAddAudiobookRequested: view.addAudiobookRequested()
     }
 
     EmptyLibraryView {
         anchors.centerIn: parent
-        visible: view.library.isEmpty
+        visible: view.library.isEmpty && !view.library.showsAudibleCatalog
         label: view.library.emptyLabel
         systemImage: view.library.emptySymbol
     }

@@ -10,18 +10,19 @@ FocusScope {
     id: view
 
     required property SettingsViewModel settings
+    required property bool isWorking
 
     signal dismissed
     signal linkActivated(url address)
     signal dataFolderRequested
     signal logsRequested
+    signal syncRequested
 
     function focusFirstField() {
-        if (goodreads.visible)
-            goodreads.focusFirstField();
-        else
-            data.focusFirstField();
+        view.shownTab.firstField.forceActiveFocus();
     }
+
+    readonly property SettingsSection shownTab: libraries.visible ? libraries : goodreads.visible ? goodreads : data
 
     focus: true
     Keys.onEscapePressed: view.dismissed()
@@ -74,11 +75,20 @@ FocusScope {
             anchors.bottom: footer.top
             anchors.bottomMargin: 18
             width: parent.width
-            contentHeight: goodreads.visible ? goodreads.implicitHeight : data.implicitHeight
+            contentHeight: view.shownTab.implicitHeight
             boundsBehavior: Flickable.StopAtBounds
             interactive: contentHeight > height
             clip: interactive
 
+            LibrariesSettingsTab {
+                id: libraries
+
+                width: scroller.width
+                visible: view.settings.selectedTab === "libraries"
+                settings: view.settings
+                isWorking: view.isWorking
+                onSyncRequested: view.syncRequested()
+            }
             GoodreadsSettingsTab {
                 id: goodreads
 
@@ -94,6 +104,7 @@ FocusScope {
                 width: scroller.width
                 visible: view.settings.selectedTab === "data"
                 settings: view.settings
+                isWorking: view.isWorking
                 onAccepted: view.settings.save()
                 onDataFolderRequested: view.dataFolderRequested()
                 onLogsRequested: view.logsRequested()

@@ -33,6 +33,8 @@ T.ApplicationWindow {
 
         anchors.fill: parent
         settings: window.shell.settings
+        isWorking: window.shell.activity.isWorking
+        onSyncRequested: window.shell.activity.synchronizeAll()
         onDismissed: window.close()
         onLinkActivated: url => window.shell.linkRequested(url)
         onDataFolderRequested: window.shell.openDataFolder()

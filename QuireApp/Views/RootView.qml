@@ -1,6 +1,8 @@
 // What the main window shows, from the back: the sidebar and the library, the
 // toast, the working overlay, the notice.
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 import Quire
@@ -10,6 +12,8 @@ FocusScope {
 
     required property ShellViewModel shell
     property bool showsNotice: true
+    property bool showsAddBook: false
+    property bool showsAddAudiobook: false
 
     signal settingsRequested
 
@@ -51,6 +55,36 @@ FocusScope {
             anchors.fill: parent
             visible: !root.shell.library.showsInsights
             library: root.shell.library
+            canAdd: !root.shell.activity.isWorking
+            onAddBookRequested: root.showsAddBook = true
+            onAddAudiobookRequested: root.showsAddAudiobook = true
+        }
+    }
+
+    DetailModalOverlay {
+        title: "Add Book"
+        visible: root.showsAddBook
+        onAboutToShow: root.shell.addBook.reset()
+        onClosed: {
+            root.showsAddBook = false;
+            visible = Qt.binding(() => root.showsAddBook);
+        }
+        panel: AddBookView {
+            draft: root.shell.addBook
+            onClosed: root.showsAddBook = false
+        }
+    }
+    DetailModalOverlay {
+        title: "Add Audiobook"
+        visible: root.showsAddAudiobook
+        onAboutToShow: root.shell.addAudiobook.reset()
+        onClosed: {
+            root.showsAddAudiobook = false;
+            visible = Qt.binding(() => root.showsAddAudiobook);
+        }
+        panel: AddAudiobookView {
+            draft: root.shell.addAudiobook
+            onClosed: root.showsAddAudiobook = false
         }
     }
 

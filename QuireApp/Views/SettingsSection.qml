@@ -9,6 +9,7 @@ Rectangle {
 
     required property string title
     required property string systemImage
+    property Item firstField // where the reader begins
     default property alias content: fields.data
 
     implicitHeight: column.implicitHeight + 36

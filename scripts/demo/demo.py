@@ -1,5 +1,6 @@
-"""Runs the program in a throw-away world: a library of invented books with drawn covers,
-and stand-ins for the outside services, among them the feed that "Sync" reads.
+"""Runs the program in a throw-away world: a library of invented books with drawn covers, the
+library of an audiobook application, and stand-ins for the outside services: the feed that
+"Sync" reads, the catalogues that are searched, and their covers.
 
 usage: demo.py PROGRAM
 
@@ -16,8 +17,10 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tests" / "program"))
 
 from covers import draw_cover  # noqa: E402
-from quire_world import FeedBook, Home, OldBook, StandIn, write_credentials, write_older_library  # noqa: E402
-from titles import READ, TITLES, Title  # noqa: E402
+from quire_world import (  # noqa: E402
+    Answer, AudioTitle, CatalogueBook, FeedBook, Home, OldBook, OwnedAudiobook, StandIn, write_audio_library,
+    write_credentials, write_older_library)
+from titles import CATALOGUED, OWNED, READ, RECORDED, TITLES, Recording, Title  # noqa: E402
 
 USER, KEY = "4120077", "demo-feed-key"
 
@@ -50,13 +53,48 @@ def feed_book(number: int, title: Title) -> FeedBook:
         read_at=finished(number, title), added=days_ago(30 + number * 19))
 
 
+def serve_cover(services: StandIn, path: str, title: str, author: str, number: int) -> str:
+    """The address at which that drawn cover is found."""
+    services.files[path] = Answer(draw_cover(title, author, number), type="image/png")
+    return services.address + path
+
+
+def owned(number: int, recording: Recording, services: StandIn) -> OwnedAudiobook:
+    return OwnedAudiobook(
+        asin=f"B{number:04d}", title=recording.title, author=recording.author, narrator=recording.narrator,
+        series=recording.series or None, number=recording.number, minutes=recording.minutes, percent=recording.percent,
+        started=recording.percent > 0, finished=recording.finished, summary=recording.summary,
+        cover=serve_cover(services, f"/audio/{number}.png", recording.title, recording.author, number + 3))
+
+
+def catalogue_book(number: int, title: Title, services: StandIn) -> CatalogueBook:
+    if title.covered:
+        serve_cover(services, f"/b/id/{number}-L.jpg", title.title, title.author, number + 5)
+    return CatalogueBook(
+        work=f"OL{number}W", title=title.title, author=title.author, isbn=f"97800000{number:05d}", pages=title.pages,
+        year=title.year, cover=number if title.covered else None)
+
+
+def audio_title(number: int, recording: Recording, services: StandIn) -> AudioTitle:
+    return AudioTitle(
+        asin=f"C{number:04d}", title=recording.title, author=recording.author, narrator=recording.narrator,
+        series=recording.series or None, number=str(recording.number) if recording.number else None,
+        released=f"{recording.year}-03-01",
+        cover=serve_cover(services, f"/catalogue/{number}.png", recording.title, recording.author, number + 8))
+
+
 def furnish(home: Home, services: StandIn) -> None:
     services.books = [feed_book(number, title) for number, title in enumerate(TITLES)]
+    services.catalogue = [catalogue_book(number, title, services) for number, title in enumerate(CATALOGUED, start=1)]
+    services.audio_titles = [audio_title(number, recording, services) for number, recording in enumerate(RECORDED)]
+    audio_library = write_audio_library(
+        home.folder / "Audible", [owned(number, recording, services) for number, recording in enumerate(OWNED)])
     home.set_endpoints(**services.endpoints())
     write_older_library(
         home.database,
         [stored_book(number, title) for number, title in enumerate(TITLES) if title.stored],
-        {"goodreadsUserId": USER, "automaticGoodreadsSync": "0", "selectedTab": "books"})
+        {"goodreadsUserId": USER, "automaticGoodreadsSync": "0", "automaticAudibleSync": "0", "selectedTab": "books",
+         "audibleLibraryPath": str(audio_library)})
     write_credentials(home.credentials, {"goodreadsRssKey": KEY})
 
 
@@ -80,7 +118,8 @@ def main() -> int:
         print(f"Drawing covers and setting up a library in {home.folder}", flush=True)
         furnish(home, services)
         arriving = sum(not title.stored for title in TITLES)
-        print(f"{len(TITLES) - arriving} titles are on the shelves; press Sync, and {arriving} more arrive.", flush=True)
+        print(f"{len(TITLES) - arriving} titles are on the shelves; press Sync, and {arriving} more arrive, "
+              f"with {len(OWNED)} audiobooks.", flush=True)
         return run(program, home)
     finally:
         services.stop()

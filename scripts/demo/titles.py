@@ -1,4 +1,4 @@
-"""The books of the demo. Titles, authors and all else are invented."""
+"""The books and audiobooks of the demo. Titles, authors and all else are invented."""
 
 from dataclasses import dataclass
 
@@ -105,4 +105,52 @@ TITLES = [
     Title("The Second Violin", "Camille Aubry", READ, 4, 246, 2024, 3.99, stored=False),
     Title("Hush & Thunder", "Niamh Corrigan", READ, 3, 328, 2022, 3.86, stored=False),
     Title("Straße ohne Namen", "Jürgen Weißkopf", WANTED, 0, 254, 2018, 3.93, stored=False),
+]
+
+
+@dataclass(frozen=True)
+class Recording:
+    title: str
+    author: str
+    narrator: str
+    minutes: int = 0
+    percent: float = 0  # listened to
+    finished: bool = False
+    series: str = ""
+    number: int | None = None
+    year: int = 2022
+    summary: str = ""
+
+
+# What the audiobook application has; it arrives with the first sync.
+OWNED = [
+    Recording("The Lantern Tide", "Marit Osvald", "Solveig Brae", 812, 41, series="The Far Lights", number=3),
+    Recording("The Fox in the Observatory", "Marit Osvald", "Solveig Brae", 776, 100, True, "The Far Lights", 1),
+    Recording("A Harbour for Comets", "Marit Osvald", "Solveig Brae", 798, 100, True, "The Far Lights", 2),
+    Recording("Cartographers of Rain", "Yusra Benali", "Idris Okafor", 905, 100, True, year=2022,
+              summary="A river changes its mind, and the people who draw it must change theirs."),
+    Recording("The Salt Road", "Ada Lindqvist", "Hedda Moen", 690, 100, True, "Coast Songs", 1),
+    Recording("Small Gods of the Allotment", "Wilf Ashdown", "Percy Lumb", 431, 12),
+    Recording("Ropewalk", "Owen Tarrant", "Percy Lumb", 604),
+    Recording("The Quiet Arithmetic", "Devika Rao", "Devika Rao", 388, 100, True),
+    Recording("Night Ferry to Sorrow Island", "Tomas Ekelund", "Hedda Moen", 555, 67.4),
+    Recording("The Weather Choir", "Niamh Corrigan", "Aoife Brannigan", 497),
+    Recording("Eleven Lighthouses, One Dog", "Owen Tarrant", "Percy Lumb", 362, 100, True),
+    Recording("Straße ohne Namen", "Jürgen Weißkopf", "Klara Winter", 512),
+]
+
+# What the catalogues know beyond the reader's own, to be found by searching.
+CATALOGUED = [
+    Title("The Tidal Clock", "Marit Osvald", pages=344, year=2014),
+    Title("A Field Guide to Lost Umbrellas", "Camille Aubry", pages=212, year=2020),
+    Title("The Orchard Keeper's Daughter", "Piet Aalders", pages=388, year=2011),
+    Title("Winter Wheat, Summer Thunder", "Ilse Varga", pages=296, year=2018),
+    Title("The Harbourmaster's Cat", "Owen Tarrant", pages=176, year=2023),
+    Title("Notes from the Lower Meadow", "Jorunn Hesk", pages=254, year=2016, covered=False),
+]
+RECORDED = [
+    Recording("The Tidal Clock", "Marit Osvald", "Solveig Brae", year=2015),
+    Recording("The Harbourmaster's Cat", "Owen Tarrant", "Percy Lumb", year=2023),
+    Recording("The Tidekeeper's Supper", "Ada Lindqvist", "Hedda Moen", series="Coast Songs", number=3, year=2026),
+    Recording("Winter Wheat, Summer Thunder", "Ilse Varga", "Klara Winter", year=2019),
 ]

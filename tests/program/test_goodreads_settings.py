@@ -1,7 +1,7 @@
 import stat
 import unittest
 
-from quire_driver import ProgramTestCase
+from quire_driver import ProgramTestCase, Settings
 from quire_world import FeedBook
 
 USER = "81234567"
@@ -10,8 +10,7 @@ KEY = "a1B2c3-the-feed-key"
 
 class GoodreadsSettings(ProgramTestCase):
     def open_settings(self, program):
-        program.find("Settings", role="push button").click()
-        program.wait_for_text("Quire Settings")
+        Settings(program, "Goodreads")
 
     def enter(self, program, field, text):
         program.find(field).click()
@@ -82,6 +81,8 @@ class GoodreadsSettings(ProgramTestCase):
         program.tab_to("Settings")
         program.keys("space")
         program.wait_for_text("Quire Settings")
+        program.tab_to("Libraries")
+        program.keys("Right")
         program.tab_to("User ID")
         program.type(USER)
         program.tab_to("RSS key from Goodreads")

@@ -15,6 +15,7 @@ from dataclasses import dataclass, field
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import parse_qs, urlsplit
 
+from .catalogues import AudioTitle, CatalogueBook, audible, no_ebooks, open_library
 from .feed import FeedBook, feed
 
 ALL_SHELVES = "#ALL#"
@@ -45,6 +46,10 @@ def page(text: str = "<html><body><h1>Sign in</h1></body></html>") -> Answer:
     return Answer(text.encode(), type="text/html; charset=utf-8")
 
 
+def json_answer(body: bytes) -> Answer:
+    return Answer(body, type="application/json; charset=utf-8")
+
+
 @dataclass(frozen=True)
 class Request:
     method: str
@@ -59,6 +64,8 @@ class StandIn:
 
     def __init__(self, books: list[FeedBook] | None = None) -> None:
         self.books: list[FeedBook] = books or []
+        self.catalogue: list[CatalogueBook] = []  # what Open Library knows
+        self.audio_titles: list[AudioTitle] = []  # what the audiobook catalogue knows
         self.files: dict[str, Answer] = {}  # answers by path, e.g. covers
         self._shelves: dict[str, Answer] = {}
         self._requests: list[Request] = []
@@ -114,6 +121,14 @@ class StandIn:
     def _answer(self, request: Request) -> Answer:
         if request.path in self.files:
             return self.files[request.path]
+        if request.path == "/search.json" and "q" in request.query:
+            return json_answer(open_library(self.catalogue, request.query["q"], int(request.query["limit"])))
+        if request.path == "/search.json":  # a search for a cover
+            return json_answer(open_library([], "", 0))
+        if request.path == "/search":
+            return json_answer(no_ebooks())
+        if request.path == "/1.0/catalog/products":
+            return json_answer(audible(self.audio_titles, request.query["keywords"], int(request.query["num_results"])))
         if request.path.startswith("/review/list_rss/"):
             shelf = request.query.get("shelf", ALL_SHELVES)
             if shelf in self._shelves:

@@ -1,0 +1,98 @@
+// A panel over the library, which is dimmed; a click beside it, its close
+// control or Escape closes it.
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+T.Popup {
+    id: overlay
+
+    required property string title
+    property string contextLabel
+    property Component panel // the content, at least 876 by 640
+
+    parent: T.Overlay.overlay
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2) : 0
+    width: parent ? Math.min(parent.width - 32, 940) : 876
+    height: parent ? Math.min(parent.height - 32, 720) : 640
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0, 0, 0, 0.22)
+        Accessible.role: Accessible.Button
+        Accessible.name: "Close details"
+        Accessible.onPressAction: overlay.close()
+    }
+
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: 160
+            easing.type: Easing.OutQuad
+        }
+        NumberAnimation {
+            property: "scale"
+            from: 0.985
+            to: 1
+            duration: 160
+            easing.type: Easing.OutQuad
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: 140
+            easing.type: Easing.OutQuad
+        }
+        NumberAnimation {
+            property: "scale"
+            to: 0.985
+            duration: 140
+            easing.type: Easing.OutQuad
+        }
+    }
+
+    background: Item {
+        PanelShadow {
+            anchors.fill: parent
+            radius: 12
+        }
+        Rectangle {
+            anchors.fill: parent
+            radius: 12
+            color: Theme.window
+            border.width: 1
+            border.color: Qt.rgba(1, 1, 1, 0.2)
+        }
+    }
+
+    contentItem: FocusScope { // qmllint disable deferred-property-id
+        focus: true
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: overlay.title
+
+        Loader {
+            anchors.fill: parent
+            active: overlay.visible
+            sourceComponent: overlay.panel
+            focus: true
+        }
+        DetailHeader {
+            width: parent.width
+            title: overlay.title
+            contextLabel: overlay.contextLabel
+            onClosed: overlay.close()
+        }
+    }
+}

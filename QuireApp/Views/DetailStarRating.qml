@@ -1,0 +1,137 @@
+// Five stars with halves: the left half of a star is half of it. A second click
+// on the same half takes the rating back.
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+Column {
+    id: control
+
+    required property string title
+    required property double rating // 0 for none
+    property double hoverRating: -1 // below 0 for none
+
+    signal rated(double rating)
+
+    readonly property double shownRating: control.hoverRating >= 0 ? control.hoverRating : control.rating
+
+    function formatted(value: double): string {
+        return Number(value).toLocaleString(Qt.locale(), "f", value % 1 === 0 ? 0 : 1);
+    }
+
+    spacing: 6
+
+    QuireText {
+        text: control.title
+        size: 11
+        weight: Font.DemiBold
+        color: Theme.secondary
+        Accessible.ignored: true
+    }
+    Row {
+        height: 34
+        spacing: 9
+
+        Row {
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 3
+
+            Repeater {
+                model: 5
+
+                Item {
+                    id: star
+
+                    required property int index
+                    readonly property int number: star.index + 1
+                    readonly property double part: control.shownRating - star.index
+
+                    width: 28
+                    height: 30
+
+                    SymbolPicture {
+                        anchors.centerIn: parent
+                        name: star.part >= 1 ? "star.fill" : star.part >= 0.5 ? "star.leadinghalf.filled" : "star"
+                        size: 24
+                        color: star.number - 0.5 <= control.shownRating ? Theme.mark : Qt.alpha(Theme.mark, 0.32)
+                    }
+                    Row {
+                        Repeater {
+                            model: [star.number - 0.5, star.number]
+
+                            T.AbstractButton {
+                                id: half
+
+                                required property double modelData
+
+                                width: 14
+                                height: 30
+                                hoverEnabled: true
+                                focusPolicy: Qt.StrongFocus
+                                onHoveredChanged: control.hoverRating = half.hovered ? half.modelData : -1
+                                onClicked: control.rated(control.rating === half.modelData ? 0 : half.modelData)
+
+                                Keys.onReturnPressed: half.clicked()
+                                Keys.onEnterPressed: half.clicked()
+                                Accessible.onPressAction: half.clicked()
+                                Accessible.role: Accessible.RadioButton
+                                Accessible.name: "Set rating to " + control.formatted(half.modelData)
+                                Accessible.checked: control.rating === half.modelData
+                                Accessible.description: control.rating === half.modelData ? "Selected" : ""
+
+                                FocusRing {
+                                    control: half
+                                    visible: half.visualFocus
+                                }
+                            }
+                        }
+                    }
+                }
+            }
+        }
+        QuireText {
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(58, implicitWidth)
+            text: control.rating > 0 ? control.formatted(control.rating) + (control.rating === 1 ? " star" : " stars")
+                : "Unrated"
+            size: 11
+            color: control.rating > 0 ? Theme.ink : Theme.secondary
+        }
+        T.AbstractButton {
+            id: clear
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: 24
+            height: 24
+            visible: control.rating > 0
+            hoverEnabled: true
+            focusPolicy: Qt.StrongFocus
+            onClicked: control.rated(0)
+
+            Keys.onReturnPressed: clear.clicked()
+            Keys.onEnterPressed: clear.clicked()
+            Accessible.onPressAction: clear.clicked()
+            Accessible.role: Accessible.Button
+            Accessible.name: "Clear rating"
+
+            SymbolPicture {
+                anchors.centerIn: parent
+                name: "xmark.circle.fill"
+                size: 13
+                color: clear.hovered ? Theme.ink : Theme.secondary
+            }
+            FocusRing {
+                control: clear
+                visible: clear.visualFocus
+            }
+            QuireToolTip {
+                text: "Clear rating"
+                visible: clear.hovered
+            }
+        }
+    }
+}

@@ -1,0 +1,83 @@
+// A title over several lines of text.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+Column {
+    id: area
+
+    required property string title
+    required property int editorHeight
+    property string text
+
+    signal edited(string text)
+
+    spacing: 5
+
+    QuireText {
+        text: area.title
+        size: 11
+        color: Theme.secondary
+        Accessible.ignored: true
+    }
+    Rectangle {
+        width: parent.width
+        height: area.editorHeight
+        radius: 7
+        color: Theme.field
+        border.width: editor.activeFocus ? 2 : 1
+        border.color: editor.activeFocus ? Theme.mark : Qt.alpha(Theme.edge, 0.8)
+
+        Flickable {
+            id: scroller
+
+            anchors.fill: parent
+            anchors.margins: 5
+            contentHeight: editor.implicitHeight
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height
+            clip: true
+
+            T.TextArea.flickable: T.TextArea {
+                id: editor
+
+                // What the reader types, and nothing that is put here for them.
+                property bool isFollowing: false
+
+                leftPadding: 5
+                rightPadding: 5
+                topPadding: 3
+                bottomPadding: 3
+                wrapMode: TextEdit.Wrap
+                textFormat: TextEdit.PlainText
+                selectByMouse: true
+                font.family: Theme.fontFamily
+                font.pixelSize: 13
+                color: Theme.ink
+                selectionColor: Theme.mark
+                selectedTextColor: "white"
+                onTextChanged: if (!editor.isFollowing) area.edited(editor.text)
+                KeyNavigation.priority: KeyNavigation.BeforeItem
+                KeyNavigation.tab: editor.nextItemInFocusChain(true)
+                KeyNavigation.backtab: editor.nextItemInFocusChain(false)
+
+                Accessible.name: area.title
+            }
+
+            T.ScrollBar.vertical: QuireScrollBar {}
+        }
+    }
+
+    function follow() {
+        if (editor.text === area.text)
+            return;
+        editor.isFollowing = true;
+        editor.text = area.text;
+        editor.isFollowing = false;
+    }
+
+    onTextChanged: area.follow()
+    Component.onCompleted: area.follow()
+}
