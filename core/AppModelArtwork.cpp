@@ -35,6 +35,9 @@ QCoro::Task<CoverRefreshResult> refreshed(
 
 void AppModel::scheduleArtworkCaching()
 {
+    if (m_isShuttingDown) {
+        return; // the last of a sync that the end has overtaken
+    }
     m_artworkTask.cancel();
     assign(m_artworkStatus, QStringLiteral("Checking locally stored artwork…"), &AppModel::artworkStatusChanged);
     m_artworkTask.start([this](std::stop_token stop) { return cacheArtwork(std::move(stop)); });

@@ -142,8 +142,8 @@ void AppModel::endWork()
 
 std::function<QCoro::Task<GoodreadsSyncResult>()> AppModel::goodreadsSync() const
 {
-    return [store = m_store, world = m_dependencies] {
-        return GoodreadsService::synchronize(*store, world.network, world.endpoints, world.clock, {});
+    return [store = m_store, world = m_dependencies, stop = m_ending.get_token()] {
+        return GoodreadsService::synchronize(*store, world.network, world.endpoints, world.clock, stop);
     };
 }
 
@@ -179,6 +179,9 @@ void AppModel::reportGoodreadsSync(const GoodreadsSyncResult &result, bool autom
 
 void AppModel::reportGoodreadsFailure(const QString &description, bool automatic)
 {
+    if (m_isShuttingDown) {
+        return; // a program that is ending gives no reason
+    }
     AppLog::write(QStringLiteral("Goodreads sync failed: ") + description);
     if (automatic) {
         showToast(QStringLiteral("Automatic Goodreads sync failed: ") + description, ToastTimes::failure);

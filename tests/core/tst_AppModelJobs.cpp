@@ -17,6 +17,8 @@ using testing::await;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using testing::eventually;
+using ::testing::IsEmpty;
+using testing::LoopbackReply;
 
 // An operation that fails as often as it is told before it succeeds.
 class Operation
@@ -350,6 +352,24 @@ TEST_F(AppModelJobs, AModelMayDieInTheMiddleOfASync)
         EXPECT_TRUE(eventually([&] { return goodreads.requests().size() >= requests; }));
         model.reset();
         settle();
+    }
+}
+
+TEST_F(AppModelJobs, AShutdownInTheMiddleOfASyncTellsNothing)
+{
+    for (const bool automatic : {false, true}) {
+        configureGoodreads();
+        setStored(QStringLiteral("automaticGoodreadsSync"), QStringLiteral("0"));
+        goodreads.routeEverythingElse([](const testing::LoopbackRequest &) { return LoopbackReply::silence(); });
+        goodreads.forgetRequests();
+        startModel();
+        const auto running = model->synchronizeGoodreads(automatic);
+        ASSERT_TRUE(eventually([this] { return !goodreads.requests().isEmpty(); }));
+        await(model->shutdown());
+        EXPECT_TRUE(eventually([&running] { return running.isReady(); })); // not when the server's time is up
+        EXPECT_EQ(model->notice(), std::nullopt);
+        EXPECT_EQ(model->toastMessage(), std::nullopt);
+        EXPECT_THAT(logLines(), IsEmpty());
     }
 }
 
