@@ -4,7 +4,7 @@
 
 namespace quire::AudibleImages {
 
-std::optional<Url> largest(const QHash<QString, QString> &imagesBySize)
+std::optional<Url> largest(const QMap<QString, QString> &imagesBySize)
 {
     std::optional<Url> best;
     qint64 bestSize = 0;

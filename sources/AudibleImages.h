@@ -7,7 +7,7 @@
 
 #include "records/Url.h"
 
-#include <QHash>
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -15,7 +15,8 @@
 namespace quire::AudibleImages {
 
 // imagesBySize: URLs by their size in pixels, in decimal. The largest one's;
-// entries without a number or without a URL do not count.
-std::optional<Url> largest(const QHash<QString, QString> &imagesBySize);
+// entries without a number or without a URL do not count, and of two spellings of
+// one number the first in the order of letters does.
+std::optional<Url> largest(const QMap<QString, QString> &imagesBySize);
 
 } // namespace quire::AudibleImages

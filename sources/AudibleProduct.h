@@ -4,8 +4,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QList>
+#include <QMap>
 #include <QString>
 
 #include <optional>
@@ -30,7 +30,7 @@ struct AudibleProduct
     std::optional<QList<Contributor>> authors;
     std::optional<QList<Contributor>> narrators;
     std::optional<QList<SeriesEntry>> series;
-    std::optional<QHash<QString, QString>> productImages; // URLs by pixel size in decimal
+    std::optional<QMap<QString, QString>> productImages; // URLs by pixel size in decimal
     std::optional<QString> releaseDate;
     std::optional<QString> publisherSummary; // HTML, as is the next
     std::optional<QString> merchandisingSummary;

@@ -21,11 +21,11 @@
 
 #include "sources/JSONDecodingError.h"
 
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringView>
 
@@ -93,13 +93,12 @@ public:
         return records;
     }
 
-    // Every member of an object, whatever their names.
+    // Every member of an object, whatever their names, in the order of these.
     template<typename Decode>
-    QHash<QString, Decoded<Decode>> map(const Decode &decode) const
+    QMap<QString, Decoded<Decode>> map(const Decode &decode) const
     {
         const QJsonObject members = object();
-        QHash<QString, Decoded<Decode>> records;
-        records.reserve(members.size());
+        QMap<QString, Decoded<Decode>> records;
         for (auto at = members.begin(); at != members.end(); ++at) {
             records.insert(at.key(), decodedAt(at.value(), decode, [&at] { return at.key(); }));
         }

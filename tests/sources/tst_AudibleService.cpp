@@ -236,6 +236,16 @@ TEST(AudibleServiceMap, TheLargestImageIsTheCover)
         QStringLiteral("https://i.example/10")); // by number, not by letter
 }
 
+TEST(AudibleServiceMap, OfTwoSpellingsOfOneSizeItIsAlwaysTheSameOne)
+{
+    for (int time = 0; time < 20; ++time) {
+        EXPECT_EQ(textOf(mapped(R"("product_images": {"500": "https://i.example/a", "+500": "https://i.example/b",
+            "0500": "https://i.example/c", "00500": "https://i.example/d"})")
+                             .coverURL),
+            QStringLiteral("https://i.example/b"));
+    }
+}
+
 TEST(AudibleServiceMap, ImagesWithoutANumberOrAnAddressAreNoCovers)
 {
     EXPECT_EQ(mapped(R"("product_images": {"large": "https://i.example/l"})").coverURL, std::nullopt);
