@@ -145,6 +145,24 @@ TEST(CoverDecoder, ColoursOfAnotherSpaceBecomeThoseOfTheScreen)
     EXPECT_TRUE(isRight(encodedAvif(stored)));
 }
 
+TEST(CoverDecoder, PrintingInksBecomeTheColoursTheyMake)
+{
+    // Magenta and yellow on the left half, cyan, magenta and black on the right.
+    const QImage picture = CoverDecoder::thumbnail(QByteArray::fromBase64(
+        "/9j/7gAOQWRvYmUAZAAAAAAA/9sAQwADAgIDAgIDAwMDBAMDBAUIBQUEBAUKBwcGCAwKDAwLCgsLDQ4SEA0OEQ4LCxAWEBETFBUVFQwP"
+        "FxgWFBgSFBUU/8AAFAgAEAAgBEMRAE0RAFkRAEsRAP/EABcAAQEBAQAAAAAAAAAAAAAAAAAJCgj/xAAUEAEAAAAAAAAAAAAAAAAAAAAA"
+        "/9oADgRDAE0AWQBLAAA/AKpuPHHiqYAz0qFtCyVgA0LJ6M9KqYAz0qFtCyVgA//Z"));
+    ASSERT_EQ(picture.size(), QSize(32, 16));
+    const auto expectColour = [&picture](const QPoint &at, const QColor &expected) {
+        const QColor colour = picture.pixelColor(at);
+        EXPECT_NEAR(colour.red(), expected.red(), 4);
+        EXPECT_NEAR(colour.green(), expected.green(), 4);
+        EXPECT_NEAR(colour.blue(), expected.blue(), 4);
+    };
+    expectColour({8, 8}, QColor(255, 55, 55));
+    expectColour({24, 8}, QColor(27, 77, 128));
+}
+
 TEST(CoverDecoder, WhatShinesThroughStaysSo)
 {
     QImage glass(40, 60, QImage::Format_ARGB32);

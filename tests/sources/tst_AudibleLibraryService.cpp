@@ -10,6 +10,7 @@
 #include "testing/AudibleLibraryFile.h"
 #include "testing/Await.h"
 #include "testing/OwnVariable.h"
+#include "testing/ResourceUse.h"
 #include "testing/SmallDisk.h"
 #include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
@@ -18,6 +19,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -223,6 +225,38 @@ TEST_F(AudibleLibraryServiceTest, TheLibrarysSafetyBackupIsMadeBeforeTheMerge)
     ASSERT_THAT(backups, SizeIs(1));
     const SQLiteDatabase backup(home.filePath(QStringLiteral("backups/")) + backups.first(), true);
     EXPECT_EQ(backup.scalar("SELECT COUNT(*) FROM audible_books"), SQLiteValue(0));
+}
+
+TEST_F(AudibleLibraryServiceTest, WhatIsRememberedFromAnotherPlatformDoesNotStandInTheWay)
+{
+    for (const char *bookmark : {"Ym9vaw==", "no base64", ""}) {
+        set(QStringLiteral("audibleLibraryBookmark"), QString::fromLatin1(bookmark));
+        EXPECT_EQ(synchronize().count, 1) << bookmark;
+    }
+}
+
+TEST_F(AudibleLibraryServiceTest, AFileOfTwoGigabytesNeitherHoldsTheInterfaceNorFillsTheMemory)
+{
+    constexpr qint64 size = 2LL << 30;
+    const QStorageInfo disk(home.path());
+    if (disk.fileSystemType() == "tmpfs" || disk.bytesAvailable() < 2 * size) {
+        GTEST_SKIP() << "there is no room for its copy";
+    }
+    application->database().close();
+    ASSERT_TRUE(QFile::resize(file, size)); // what a file has beyond its pages is passed over
+    int turns = 0;
+    QTimer interface;
+    QObject::connect(&interface, &QTimer::timeout, [&turns] { ++turns; });
+    interface.start(1);
+    const ResourceUse use;
+    const auto result = await(AudibleLibraryService::synchronize(
+                                  library.store(), ServiceEndpoints::standard(), library.clock(), stop.get_token()),
+        std::chrono::minutes(10)); // a slow disk is no failure
+    EXPECT_EQ(result.count, 1);
+    EXPECT_GT(turns, 10);
+    if (!isInstrumented) {
+        EXPECT_LT(use.peakMegabytes(), 256);
+    }
 }
 
 // Failures. -------------------------------------------------------------------------
