@@ -37,6 +37,7 @@ bool AddAudiobookViewModel::canAdd() const
 
 void AddAudiobookViewModel::reset()
 {
+    ++m_opening;
     m_search.clear();
     m_entersManually = false;
     for (QString *field :
@@ -87,8 +88,9 @@ AudibleCatalogBook AddAudiobookViewModel::draft() const
 QCoro::Task<> AddAudiobookViewModel::finish(QCoro::Task<bool> adding)
 {
     const QPointer self(this);
+    const int opening = m_opening;
     const bool isAdded = co_await adding;
-    if (self && isAdded) {
+    if (self && isAdded && opening == m_opening) {
         Q_EMIT added();
     }
 }

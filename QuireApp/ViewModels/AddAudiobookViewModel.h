@@ -54,8 +54,9 @@ public:
     // Everything as it is when the panel opens.
     Q_INVOKABLE void reset();
 
-    // Add a title; added() follows when it is in the library, else a notice of
-    // the model. row: of results. status: its word.
+    // Add a title; added() follows when it is in the library, unless the panel was
+    // opened anew meanwhile and holds other input, else a notice of the model.
+    // row: of results. status: its word.
     Q_INVOKABLE void addResult(int row, const QString &status);
     Q_INVOKABLE void addDraft();
 
@@ -76,6 +77,7 @@ private:
     CatalogListModel m_results; // m_found, in words
     ChoiceListModel m_statuses;
     ChoiceListModel m_modes;
+    int m_opening = 0; // how often reset() was called
     bool m_entersManually = false;
     QString m_manualTitle;
     QString m_manualAuthor;

@@ -37,6 +37,7 @@ bool AddBookViewModel::canAdd() const
 
 void AddBookViewModel::reset()
 {
+    ++m_opening;
     m_search.clear();
     m_entersManually = false;
     for (QString *field : {&m_title, &m_author, &m_isbn, &m_pages, &m_year, &m_summary, &m_notes}) {
@@ -90,8 +91,9 @@ ManualBookDraft AddBookViewModel::draft() const
 QCoro::Task<> AddBookViewModel::finish(QCoro::Task<bool> adding)
 {
     const QPointer self(this);
+    const int opening = m_opening;
     const bool isAdded = co_await adding;
-    if (self && isAdded) {
+    if (self && isAdded && opening == m_opening) {
         Q_EMIT added();
     }
 }

@@ -121,6 +121,23 @@ TEST_F(AddBookViewModelTest, AResultThatIsAddedClosesThePanel)
     panel->addResult(7, QStringLiteral("to-read")); // no such row
 }
 
+TEST_F(AddBookViewModelTest, APanelThatWasOpenedAnewIsNotClosedByWhatItAddedBefore)
+{
+    open();
+    search(QStringLiteral("glass"));
+    ASSERT_TRUE(searchEnds());
+    services.route(u"/search", LoopbackReply::silence()); // the cover is long in coming
+    const QSignalSpy added(panel.get(), &AddBookViewModel::added);
+    panel->addResult(0, QStringLiteral("read"));
+    panel->reset();
+    panel->setProperty("title", QStringLiteral("Nine Winters"));
+    services.refuse();
+    ASSERT_TRUE(eventually([this] { return model->books().size() == 1 && !model->isWorking(); }));
+    settle();
+    EXPECT_EQ(added.size(), 0);
+    EXPECT_EQ(panel->property("title").toString(), QStringLiteral("Nine Winters"));
+}
+
 TEST_F(AddBookViewModelTest, ATypedBookNeedsATitleAndAnAuthor)
 {
     open();
