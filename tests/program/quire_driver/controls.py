@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 
 from .desktop import Desktop
 from .waiting import TookTooLong, wait_until
@@ -23,7 +23,10 @@ class NotFound(TookTooLong):
 
 
 class Control:
-    """One control as it is now. Its properties are asked of the program each time."""
+    """One control as it is now. Its properties are asked of the program each time.
+
+    One that has vanished since has no name, no description and no role.
+    """
 
     def __init__(self, accessible: Atspi.Accessible) -> None:
         self._accessible = accessible
@@ -32,19 +35,26 @@ class Control:
 
     @property
     def name(self) -> str:
-        name = self._accessible.get_name()
+        name = self._word(self._accessible.get_name)
         if not name and self.role == "password text":
             return self.description  # the toolkit names no secret field; its prompt is the description
-        return name or ""
+        return name
 
     @property
     def description(self) -> str:
-        return self._accessible.get_description() or ""
+        return self._word(self._accessible.get_description)
 
     @property
     def role(self) -> str:
         """As the screen reader's list has it: "push button", "text", "check box", "label"."""
-        return self._accessible.get_role_name()
+        return self._word(self._accessible.get_role_name)
+
+    @staticmethod
+    def _word(ask: Callable[[], str | None]) -> str:
+        try:
+            return ask() or ""
+        except GLib.Error:
+            return ""
 
     @property
     def text(self) -> str:
