@@ -82,11 +82,35 @@ T.Popup {
         Accessible.role: Accessible.Dialog
         Accessible.name: overlay.title
 
-        Loader {
+        // Made by hand: a Loader cannot make a component that is bound to the
+        // ids of its file.
+        FocusScope {
+            id: slot
+
+            property Item shown
+
+            function update() {
+                if (overlay.visible === (slot.shown !== null))
+                    return;
+                if (slot.shown) {
+                    slot.shown.destroy();
+                    slot.shown = null;
+                } else {
+                    slot.shown = overlay.panel.createObject(slot);
+                    slot.shown.anchors.fill = slot;
+                }
+            }
+
             anchors.fill: parent
-            active: overlay.visible
-            sourceComponent: overlay.panel
             focus: true
+            Component.onCompleted: slot.update()
+
+            Connections {
+                target: overlay
+                function onVisibleChanged() {
+                    slot.update();
+                }
+            }
         }
         DetailHeader {
             width: parent.width
