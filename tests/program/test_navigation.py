@@ -1,8 +1,6 @@
 import unittest
 
 from quire_driver import ProgramTestCase
-from quire_driver.desktop import Desktop
-from quire_driver.windows import windows_of
 from quire_world import OldBook
 
 
@@ -95,8 +93,7 @@ class Navigation(ProgramTestCase):
         program = self.start()
         program.open_tab("Books")
         program.wait_for_cards("The Salt Road")
-        window = str(windows_of(program.pid, "^Quire$")[-1])
-        Desktop.shared().run("xdotool", "windowsize", "--sync", window, "920", "700")
+        program.resize(920, 700)
         self.eventually(lambda: program.find("Settings").frame[1] < 700)
         program.screenshot("navigation-smallest")
         for name in ("Sync", "Settings", "Sort library", "Search library"):

@@ -107,13 +107,14 @@ class Control:
             yield from child.walk()
 
     def all(self, name: str | None = None, role: str | None = None, starting: str | None = None,
-            shown: bool = True) -> list[Control]:
-        """The controls below with that name (or one that starts so) and role, without waiting."""
+            shown: bool = True, holding: str = "") -> list[Control]:
+        """The controls below with that name (or one that starts so, or holds that) and role, without waiting."""
         found = []
         for control in self.walk():
             try:
                 if (name is None or control.name == name) and (starting is None or control.name.startswith(starting)) \
-                        and (role is None or control.role == role) and (not shown or control.is_shown):
+                        and holding in control.name and (role is None or control.role == role) \
+                        and (not shown or control.is_shown):
                     found.append(control)
             except GLib.Error:
                 continue

@@ -90,7 +90,7 @@ class Program:
 
     def says(self, text: str) -> bool:
         """Whether a label, a toast or an alert on the screen holds the text."""
-        return any(text in control.name for control in self.root.all())
+        return bool(self.root.all(holding=text))
 
     def wait_for_text(self, text: str, seconds: float = 10) -> None:
         try:
@@ -141,6 +141,12 @@ class Program:
         focus = Desktop.shared().run("xdotool", "getwindowfocus", "-f").strip()
         if windows and (not focus or int(focus) not in windows):
             Desktop.shared().run("xdotool", "windowfocus", "--sync", str(windows[-1]))
+
+    def resize(self, width: int, height: int) -> None:
+        """Gives the main window that size, as pulling at its corner does."""
+        window = wait_until(lambda: windows_of(self.pid, "^Quire$"), "no main window")[-1]
+        Desktop.shared().run("xdotool", "windowsize", "--sync", str(window), str(width), str(height))
+        wait_until(lambda: self.root.find("Quire", role="frame").frame[2:] == (width, height), "it kept its size")
 
     def screenshot(self, name: str) -> Path:
         folder = Path(os.environ.get("QUIRE_SCREENSHOTS", repository / "build" / "screenshots"))
