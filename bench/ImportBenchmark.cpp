@@ -253,6 +253,25 @@ void mergeAudio(benchmark::State &state, bool isThere)
         [&](BenchLibrary &library) { library.store.mergeAudibleLibraryItems(batch).waitForFinished(); });
 }
 
+// A library of that many titles meets half as many, every other one of them new.
+void mergeAudioIntoLibrary(benchmark::State &state)
+{
+    const qsizetype rows = state.range(0);
+    const auto all = items(rows + rows / 4);
+    const auto known = all.first(rows);
+    const auto batch = all.last(rows / 2);
+    const auto merge = [](BenchLibrary &library, const QList<AudibleLibraryItem> &titles) {
+        library.store.mergeAudibleLibraryItems(titles).waitForFinished();
+    };
+    for (auto _ : state) {
+        BenchLibrary library;
+        merge(library, known);
+        const auto start = std::chrono::steady_clock::now();
+        merge(library, batch);
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    }
+}
+
 void sizes(benchmark::internal::Benchmark *benchmark)
 {
     benchmark->Arg(1'000)->Arg(10'000)->Arg(50'000)->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -266,6 +285,7 @@ BENCHMARK_CAPTURE(bareUpsert, again_books, true, Bare::Books)->Apply(sizes);
 BENCHMARK_CAPTURE(bareUpsert, again_books_and_trail, true, Bare::BooksAndTrail)->Apply(sizes);
 BENCHMARK_CAPTURE(mergeAudio, new, false)->Apply(sizes);
 BENCHMARK_CAPTURE(mergeAudio, again, true)->Apply(sizes);
+BENCHMARK(mergeAudioIntoLibrary)->Arg(5'000)->Arg(20'000)->Apply(sizes);
 
 } // namespace
 

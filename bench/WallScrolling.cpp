@@ -1,0 +1,229 @@
+// Scrolls a wall of covers in the program's own window, from end to end by the
+// mouse wheel, and tells how long the window went without a frame and on which
+// thread covers were decoded.
+//
+// usage: quire_wall [covers]
+
+#include "bench/DrawnCovers.h"
+#include "bench/FrameTimes.h"
+#include "concurrency/SystemClock.h"
+#include "images/CoverDecoder.h"
+#include "images/PictureMemory.h"
+#include "images/StandInFonts.h"
+#include "persistence/AppDirectories.h"
+#include "persistence/database/SQLiteDatabase.h"
+#include "persistence/database/SQLiteStatement.h"
+#include "persistence/database/Transaction.h"
+#include "persistence/LibraryStore.h"
+#include "QuireApp/QuireApp/QuireApplication.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <atomic>
+#include <cstdio>
+
+namespace {
+
+std::atomic<int> decodedOnInterface = 0;
+std::atomic<int> decodedElsewhere = 0;
+
+} // namespace
+
+// The linker sends every call of the decoder here, see CMakeLists.txt.
+QImage decoded(const QByteArray &bytes) __asm__("__real__ZN5quire12CoverDecoder9thumbnailERK10QByteArray");
+QImage countedAndDecoded(const QByteArray &bytes) __asm__("__wrap__ZN5quire12CoverDecoder9thumbnailERK10QByteArray");
+
+QImage countedAndDecoded(const QByteArray &bytes)
+{
+    ++(QThread::currentThread() == qApp->thread() ? decodedOnInterface : decodedElsewhere);
+    return decoded(bytes);
+}
+
+namespace quire {
+
+namespace {
+
+constexpr int distinctCovers = 100;
+constexpr double longGap = 50; // milliseconds
+constexpr std::chrono::milliseconds betweenNotches{16};
+
+// Nothing of the reader's is read or written, and nobody outside is asked.
+void moveInto(const QString &home)
+{
+    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"}) {
+        qputenv(variable, QFile::encodeName(home));
+    }
+    QDir(home).mkpath(QStringLiteral("Quire"));
+    QFile file(home + QStringLiteral("/Quire/Quire.conf"));
+    file.open(QIODevice::WriteOnly);
+    file.write("[endpoints]\n");
+    for (const char *service : {"goodreads", "audibleAPI", "audibleWeb", "openLibrary", "openLibraryCovers",
+             "appleBooks", "netlify", "update", "help"}) {
+        file.write(QByteArray(service) + "=http://127.0.0.1:9\n");
+    }
+}
+
+void fillLibrary(int covers)
+{
+    const SystemClock clock;
+    LibraryStore store(clock, AppDirectories::supportDirectory());
+    store.prepare(false).waitForFinished();
+    SQLiteDatabase database(AppDirectories::supportDirectory() + QStringLiteral("/quire.db"));
+    QList<QByteArray> pictures;
+    for (int number = 0; number < distinctCovers; ++number) {
+        pictures.append(encoded(drawnCover(number, number % 4 == 0 ? QSize(500, 500) : QSize(600, 900)), "jpeg"));
+    }
+    inTransaction(database, [&] {
+        SQLiteStatement row(database,
+            "INSERT INTO audible_books (asin, title, status, cover_data, cover_data_source)"
+            " VALUES (?, ?, 'read', ?, 'https://covers.example/1.jpg')");
+        for (int number = 0; number < covers; ++number) {
+            const QString name = QStringLiteral("Title %1").arg(number, 5, 10, QLatin1Char('0'));
+            row.run({name, name, pictures.at(number % distinctCovers)});
+        }
+        for (const char *key : {"automaticGoodreadsSync", "automaticAudibleSync"}) {
+            database.execute("INSERT OR REPLACE INTO settings VALUES (?, '0')", {QString::fromLatin1(key)});
+        }
+        database.execute("INSERT OR REPLACE INTO settings VALUES ('selectedTab', 'audio')");
+    });
+    store.shutdown().waitForFinished();
+}
+
+void spin(std::chrono::milliseconds time)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!timer.hasExpired(time.count())) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, int(time.count()));
+    }
+}
+
+QQuickItem *wallIn(QQuickItem *item, int covers)
+{
+    if (item->inherits("QQuickGridView") && item->isVisible() && item->property("count").toInt() == covers) {
+        return item;
+    }
+    const auto children = item->childItems();
+    for (QQuickItem *child : children) {
+        if (QQuickItem *found = wallIn(child, covers)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+// Once it shows all covers, and has come to rest.
+QQuickItem *wallOf(QQuickWindow &window, int covers)
+{
+    for (int patience = 0; patience < 300; ++patience) {
+        if (QQuickItem *wall = wallIn(window.contentItem(), covers)) {
+            spin(std::chrono::seconds(3));
+            return wall;
+        }
+        spin(std::chrono::milliseconds(100));
+    }
+    return nullptr;
+}
+
+void turnWheel(QQuickWindow &window, const QPointF &place, int notches)
+{
+    QWheelEvent event(place, window.mapToGlobal(place), QPoint(), QPoint(0, -120 * notches), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+void scrollThrough(QQuickWindow &window, QQuickItem &wall, bool down)
+{
+    const QPointF place = wall.mapToScene({wall.width() / 2, wall.height() / 2});
+    const char *end = down ? "atYEnd" : "atYBeginning";
+    QTimer wheel;
+    wheel.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&wheel, &QTimer::timeout, &window, [&] { turnWheel(window, place, down ? 1 : -1); });
+    wheel.start(betweenNotches);
+    while (!wall.property(end).toBool()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+int measure(QQuickWindow &window, int covers)
+{
+    QQuickItem *wall = wallOf(window, covers);
+    if (!wall) {
+        std::fprintf(stderr, "the wall never showed %d covers\n", covers);
+        return EXIT_FAILURE;
+    }
+    FrameTimes times;
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &window, [&times] { times.frameShown(); }, Qt::DirectConnection);
+    std::printf("%d covers, window of %d by %d, %s renderer, platform %s\n", covers, window.width(), window.height(),
+        qPrintable(QQuickWindow::sceneGraphBackend()), qPrintable(QGuiApplication::platformName()));
+    std::printf("%-10s %7s %8s %8s %8s %8s %9s %10s %10s\n", "pass", "frames", "median", "99 %", "longest", "> 50 ms",
+        "own work", "decoded", "interface");
+    const char *names[] = {"cold down", "warm up", "warm down"};
+    for (int pass = 0; pass < 3; ++pass) {
+        decodedOnInterface = 0;
+        decodedElsewhere = 0;
+        QElapsedTimer clock;
+        clock.start();
+        times.begin();
+        scrollThrough(window, *wall, pass != 1);
+        std::printf("%-10s %7lld %8.1f %8.1f %8.1f %8lld %9.1f %10d %10d   in %.1f s\n", names[pass],
+            static_cast<long long>(times.frames()), times.gap(0.5), times.gap(0.99), times.gap(1),
+            static_cast<long long>(times.gapsLongerThan(longGap)), times.work(1), int(decodedElsewhere),
+            int(decodedOnInterface), double(clock.elapsed()) / 1e3);
+        std::fflush(stdout);
+        spin(std::chrono::seconds(1));
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+} // namespace quire
+
+int main(int argc, char *argv[])
+{
+    const int covers = argc > 1 ? QByteArray(argv[1]).toInt() : 2000;
+    quire::returnPictureMemory();
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND")) {
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+    const QTemporaryDir home;
+    quire::moveInto(home.path());
+    QGuiApplication::setApplicationName(QStringLiteral("Quire"));
+    const QGuiApplication application(argc, argv);
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    quire::StandInFonts::installAll();
+    quire::fillLibrary(covers);
+
+    int status = EXIT_FAILURE;
+    quire::QuireApplication quire;
+    if (!quire.openMainWindow()) {
+        return EXIT_FAILURE;
+    }
+    QMetaObject::invokeMethod(
+        &quire,
+        [&] {
+            const auto windows = QGuiApplication::topLevelWindows();
+            for (QWindow *window : windows) {
+                if (window->objectName() == QStringLiteral("main")) {
+                    status = quire::measure(*qobject_cast<QQuickWindow *>(window), covers);
+                }
+            }
+            quire.quit();
+        },
+        Qt::QueuedConnection);
+    QGuiApplication::exec();
+    return status;
+}
