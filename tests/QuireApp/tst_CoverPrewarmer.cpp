@@ -1,5 +1,7 @@
 #include "ModelTest.h"
 #include "QuireApp/Covers/CoverPrewarmer.h"
+#include "QuireApp/Covers/CoverSource.h"
+#include "QuireApp/Covers/CoverWork.h"
 
 namespace quire {
 
@@ -23,6 +25,30 @@ TEST_F(CoverPrewarmerTest, TheSignatureTellsReadinessTabAndCounts)
     // As soon as those without a cover have been given one:
     EXPECT_TRUE(testing::eventually(
         [this] { return artworkCacheSignature(*model) == QStringLiteral("true-insights-1-1-2-2"); }));
+}
+
+TEST_F(CoverPrewarmerTest, CoversAreDecodedOnceTheLibraryIsReadyAndAgainWhenThereAreMore)
+{
+    addBook(QStringLiteral("Emma"));
+    makeModel();
+    const CoverPrewarmer prewarmer(*model);
+    ArtworkImageCache &cache = ArtworkImageCache::shared();
+    const auto isDecoded = [&cache](const ArtworkCacheEntry &entry) { return cache.find(entry.key).has_value(); };
+    const qsizetype before = cache.count();
+    settle();
+    EXPECT_EQ(cache.count(), before); // nothing is known of the library yet
+
+    testing::await(model->start());
+    const auto first = prewarmEntries(*model);
+    ASSERT_EQ(first.size(), 1);
+    EXPECT_TRUE(testing::eventually([&] { return isDecoded(first.constFirst()); }));
+
+    addAudiobook(QStringLiteral("Momo"));
+    testing::await(model->reload());
+    const auto second = prewarmEntries(*model);
+    ASSERT_EQ(second.size(), 2);
+    EXPECT_TRUE(testing::eventually([&] { return isDecoded(second.constLast()); }));
+    CoverWork::finish();
 }
 
 TEST_F(CoverPrewarmerTest, TheFirstThirtyTwoStoredCoversAreTakenBooksFirst)
