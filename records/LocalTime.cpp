@@ -27,10 +27,12 @@ constexpr Seconds probeStep = 86'400;
 constexpr Seconds margin = 2 * 86'400; // no zone is further from UTC
 
 // The wall-clock times before `wallEnd`, and not in the stretch before, are
-// ahead of UTC by `offset`.
+// ahead of UTC by `offset`; it is left at `utcEnd`. The two are not one moment
+// told twice: what the clock skips or repeats is read by the former offset.
 struct Stretch
 {
     Seconds wallEnd;
+    Seconds utcEnd;
     Seconds offset;
 };
 
@@ -51,7 +53,7 @@ void appendChanges(Block &block, Seconds from, Seconds fromOffset, Seconds to, S
         return;
     }
     if (to - from == 1) {
-        block.push_back({to + std::max(fromOffset, toOffset), fromOffset});
+        block.push_back({to + std::max(fromOffset, toOffset), to, fromOffset});
         return;
     }
     const Seconds middle = from + (to - from) / 2;
@@ -73,16 +75,19 @@ std::unique_ptr<const Block> makeBlock(Seconds index)
         probe = next;
         offset = nextOffset;
     }
-    block->push_back({std::numeric_limits<Seconds>::max(), offset});
+    constexpr Seconds never = std::numeric_limits<Seconds>::max();
+    block->push_back({never, never, offset});
     return block;
 }
 
 // Blocks are made by whoever needs them first and live as long as the process.
-const Block &blockOf(Seconds wall)
+// A block tells of its own time and of the days around it, so that it does not
+// matter by which of the two clocks it is chosen.
+const Block &blockOf(Seconds time)
 {
     static std::array<std::atomic<const Block *>, lastBlock - firstBlock + 1> blocks;
 
-    const Seconds index = std::clamp(wall >> blockBits, firstBlock, lastBlock);
+    const Seconds index = std::clamp(time >> blockBits, firstBlock, lastBlock);
     std::atomic<const Block *> &place = blocks[static_cast<std::size_t>(index - firstBlock)];
     if (const Block *known = place.load(std::memory_order_acquire)) {
         return *known;
@@ -106,6 +111,17 @@ std::chrono::sys_seconds instant(std::chrono::local_seconds wall)
         ++stretch;
     }
     return std::chrono::sys_seconds(std::chrono::seconds(seconds - stretch->offset));
+}
+
+std::chrono::local_seconds wallClock(std::chrono::sys_seconds instant)
+{
+    const Seconds seconds = instant.time_since_epoch().count();
+    const Block &block = blockOf(seconds);
+    auto stretch = block.begin();
+    while (seconds >= stretch->utcEnd) {
+        ++stretch;
+    }
+    return std::chrono::local_seconds(std::chrono::seconds(seconds + stretch->offset));
 }
 
 } // namespace quire::LocalTime

@@ -23,4 +23,7 @@ namespace quire::LocalTime {
 // was skipped or repeated therefore means the moment at which that day began.
 std::chrono::sys_seconds instant(std::chrono::local_seconds wall);
 
+// What the local clock shows at `instant`, a moment of those years.
+std::chrono::local_seconds wallClock(std::chrono::sys_seconds instant);
+
 } // namespace quire::LocalTime

@@ -131,6 +131,43 @@ TEST(LocalTime, AgreesWithAnIndependentSearchAroundEveryChangeOfTheClock)
     EXPECT_EQ(changes == 0, keepsItsClock) << changes;
 }
 
+// Qt asks the C library at each moment anew.
+std::chrono::local_seconds shownByQt(qint64 utc)
+{
+    return std::chrono::local_seconds(std::chrono::seconds(utc + QDateTime::fromSecsSinceEpoch(utc).offsetFromUtc()));
+}
+
+TEST(LocalTime, ShowsWhatTheWallShowsAtRandomInstants)
+{
+    const auto seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937_64 random(seed);
+    std::uniform_int_distribution<qint64> seconds(0, 2'100'000'000); // 1970 to 2036
+    for (int i = 0; i < 10'000; ++i) {
+        const qint64 utc = seconds(random);
+        ASSERT_EQ(LocalTime::wallClock(std::chrono::sys_seconds(std::chrono::seconds(utc))), shownByQt(utc)) << utc;
+    }
+}
+
+TEST(LocalTime, ShowsWhatTheWallShowsAroundEveryChangeOfTheClock)
+{
+    constexpr qint64 day = 86'400;
+    const auto offsetAt = [](qint64 utc) { return QDateTime::fromSecsSinceEpoch(utc).offsetFromUtc(); };
+    for (qint64 utc = 1'000'000'000; utc < 1'800'000'000; utc += day) { // 2001 to 2027
+        if (offsetAt(utc) == offsetAt(utc + day)) {
+            continue;
+        }
+        qint64 before = utc;
+        for (qint64 after = utc + day; after - before > 1;) {
+            const qint64 middle = (before + after) / 2;
+            (offsetAt(middle) == offsetAt(utc) ? before : after) = middle;
+        }
+        for (qint64 at = before - 7'200; at <= before + 7'200; at += at < before - 1 || at > before + 1 ? 300 : 1) {
+            ASSERT_EQ(LocalTime::wallClock(std::chrono::sys_seconds(std::chrono::seconds(at))), shownByQt(at)) << at;
+        }
+    }
+}
+
 } // namespace
 
 } // namespace quire
