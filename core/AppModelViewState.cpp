@@ -2,8 +2,10 @@
 
 #include "core/AppModelAssign.h"
 #include "core/AudibleStatistics.h"
+#include "core/GoodreadsStatistics.h"
 #include "core/LibraryFilter.h"
 #include "core/Paging.h"
+#include "core/ReadingInsights.h"
 #include "persistence/AppLog.h"
 #include "persistence/LibraryStore.h"
 #include "records/Failure.h"
@@ -113,6 +115,9 @@ LibrarySlice<Audiobook> AppModel::makeFilteredAudiobooks() const
 
 void AppModel::rebuildDerivedState()
 {
+    const ReadingHistory history(m_books, *m_bookIndex, m_dependencies.clock.now());
+    assign(m_goodreadsStatistics, makeGoodreadsStatistics(history), &AppModel::goodreadsStatisticsChanged);
+    assign(m_readingInsights, makeReadingInsights(history), &AppModel::readingInsightsChanged);
     assign(m_audibleStatistics, makeAudibleStatistics(m_audiobooks), &AppModel::audibleStatisticsChanged);
     assign(m_currentBook, mostRecent(m_books, *m_bookIndex, LibraryShelf::Active), &AppModel::currentBookChanged);
     assign(m_currentAudiobook, mostRecent(m_audiobooks, *m_audiobookIndex, LibraryShelf::Active),

@@ -1,0 +1,59 @@
+// ReadingHistory is what the statistics and the insights look at: the visible
+// books that were read, each with the instant at which it was finished. It is
+// made in one walk over the library, in which no date text is parsed twice, and
+// serves both.
+//
+// Thread: immutable once made; any thread.
+
+#pragma once
+
+#include "core/CalendarYear.h"
+#include "records/Book.h"
+#include "records/Instant.h"
+
+#include <QList>
+
+#include <vector>
+
+namespace quire {
+
+class LibraryIndex;
+
+class ReadingHistory
+{
+public:
+    struct ReadBook
+    {
+        const Book *book = nullptr;
+        Instant recency; // when it was finished, else when it was added; distantPast when undated
+        int monthOfThisYear = 0; // in which it was finished, 1 to 12; 0 for another year, or undated
+    };
+
+    // books: all of the library; hidden ones count nowhere. now: whose year, on
+    // the local calendar, is this year. index: the keys of exactly these books,
+    // which spare the parsing of their dates.
+    ReadingHistory(const QList<Book> &books, Instant now);
+    ReadingHistory(const QList<Book> &books, const LibraryIndex &index, Instant now);
+
+    // In the order of the library.
+    const std::vector<ReadBook> &readBooks() const { return m_readBooks; }
+
+    qint64 reading() const { return m_reading; } // books on the shelf "currently-reading"
+    qint64 toRead() const { return m_toRead; }
+    qint64 didNotFinish() const { return m_didNotFinish; }
+
+    int thisYear() const { return m_year.number(); }
+
+private:
+    void count(const QString &shelf);
+    void addReadBook(const Book &book, Instant recency);
+
+    QList<Book> m_books; // what the pointers lead into
+    CalendarYear m_year;
+    std::vector<ReadBook> m_readBooks;
+    qint64 m_reading = 0;
+    qint64 m_toRead = 0;
+    qint64 m_didNotFinish = 0;
+};
+
+} // namespace quire
