@@ -73,6 +73,12 @@ QColor Theme::menuHover() const
     return withOpacity(mark(), 0.14);
 }
 
+QColor Theme::onMetricCard() const
+{
+    const QColor card = metricCard();
+    return ThemePalette::foregroundOnAccent({card.redF(), card.greenF(), card.blueF()});
+}
+
 QColor Theme::hairline() const
 {
     return mark() == accent() ? tint(0.24) : withOpacity(ink(), 0.14);

@@ -40,6 +40,8 @@ class Theme : public QObject
     Q_PROPERTY(QColor edge READ edge NOTIFY paletteChanged)
     Q_PROPERTY(QColor hairline READ hairline NOTIFY paletteChanged)
     Q_PROPERTY(QColor card READ card NOTIFY paletteChanged)
+    Q_PROPERTY(QColor metricCard READ metricCard NOTIFY paletteChanged)
+    Q_PROPERTY(QColor onMetricCard READ onMetricCard NOTIFY paletteChanged)
 
     // The same whatever the accent.
     Q_PROPERTY(QColor ink READ ink CONSTANT)
@@ -107,6 +109,8 @@ public:
     // would leave them without one.
     QColor hairline() const;
     QColor card() const { return tint(0.3); }
+    QColor metricCard() const { return tint(0.19); }
+    QColor onMetricCard() const;
 
     QColor ink() const { return ThemePalette::quireInk(); }
     QColor secondary() const;

@@ -91,17 +91,200 @@ Flickable {
         Column {
             width: parent.width
             spacing: 14
-            visible: !view.insights.hasFinishedBooks
+
+            InsightSectionHeader {
+                title: "This Year"
+                detail: view.insights.year
+            }
+            AdaptiveGrid {
+                id: metrics
+
+                width: parent.width
+                leastWidth: 140
+
+                InsightMetricCard {
+                    width: metrics.cellWidth
+                    title: "Books Finished"
+                    value: view.insights.booksFinished
+                    systemImage: "books.vertical"
+                }
+                InsightMetricCard {
+                    width: metrics.cellWidth
+                    title: "Pages Read"
+                    value: view.insights.pagesRead
+                    systemImage: "book.pages"
+                }
+                InsightMetricCard {
+                    width: metrics.cellWidth
+                    title: "Average Rating"
+                    value: view.insights.ratingThisYear
+                    systemImage: "star"
+                }
+                InsightMetricCard {
+                    width: metrics.cellWidth
+                    title: "Active Months"
+                    value: view.insights.activeMonths
+                    systemImage: "calendar"
+                }
+            }
+        }
+
+        Column {
+            width: parent.width
+            spacing: 14
+
+            InsightSectionHeader {
+                title: "Reading Frequency"
+                detail: view.insights.rhythm
+            }
+            InsightPanel {
+                width: parent.width
+
+                BarChart {
+                    width: parent.width
+                    height: 210
+                    bars: view.insights.months
+                    accessibleLabel: "Books finished by month"
+                    labelTitle: "Month"
+                    valueTitle: "Books"
+                }
+            }
+        }
+
+        Row {
+            id: profiles
+
+            readonly property real columnWidth: (profiles.width - profiles.spacing) / 2
+
+            width: parent.width
+            spacing: 18
+
+            Column {
+                width: profiles.columnWidth
+                spacing: 14
+
+                InsightSectionHeader {
+                    title: "Patterns"
+                    detail: "All finished books"
+                }
+                Column {
+                    width: parent.width
+                    spacing: 9
+
+                    InsightPatternRow {
+                        width: parent.width
+                        systemImage: "person.crop.circle"
+                        title: "Most-read author"
+                        value: view.insights.topAuthor
+                        detail: view.insights.topAuthorDetail
+                    }
+                    InsightPatternRow {
+                        width: parent.width
+                        systemImage: "calendar.badge.clock"
+                        title: "Strongest month"
+                        value: view.insights.strongestMonth
+                        detail: view.insights.strongestMonthDetail
+                    }
+                    InsightPatternRow {
+                        width: parent.width
+                        systemImage: "ruler"
+                        title: "Average book length"
+                        value: view.insights.averageLength
+                    }
+                    InsightPatternRow {
+                        width: parent.width
+                        systemImage: "sparkles"
+                        title: "Five-star reads"
+                        value: view.insights.fiveStars
+                        detail: view.insights.fiveStarsDetail
+                    }
+                }
+                Column {
+                    width: parent.width
+                    spacing: 8
+                    visible: view.insights.tags.length > 0
+
+                    QuireText {
+                        text: "FREQUENT TAGS"
+                        size: 10
+                        weight: Font.DemiBold
+                        font.letterSpacing: 0.6
+                        color: Theme.secondary
+                    }
+                    FlexibleTagRow {
+                        width: parent.width
+                        tags: view.insights.tags
+                    }
+                }
+            }
+            Column {
+                width: profiles.columnWidth
+                spacing: 14
+
+                InsightSectionHeader {
+                    title: "Rating Profile"
+                    detail: view.insights.averageRating
+                }
+                InsightPanel {
+                    width: parent.width
+
+                    BarChart {
+                        width: parent.width
+                        height: 225
+                        bars: view.insights.ratings
+                        accessibleLabel: "Rating distribution"
+                        labelTitle: "Rating"
+                        valueTitle: "Books"
+                        hasLines: false
+                    }
+                }
+            }
+        }
+
+        Column {
+            width: parent.width
+            spacing: 14
 
             InsightSectionHeader {
                 title: "Recent Finishes"
             }
             InsightEmptyState {
                 width: parent.width
+                visible: !view.insights.hasRecentFinishes
                 systemImage: "checkmark.circle"
                 title: "No finished titles yet"
                 detail: "Completed books will collect here."
             }
+            AdaptiveGrid {
+                id: recent
+
+                width: parent.width
+                leastWidth: 250
+                visible: view.insights.recentBooks.count > 0
+
+                Repeater {
+                    model: view.insights.recentBooks
+
+                    RecentReadInsightCard {
+                        id: finished
+
+                        required property double rowId
+
+                        width: recent.cellWidth
+                        onClicked: view.bookChosen(finished.rowId)
+                    }
+                }
+            }
         }
+    }
+
+    // As many columns of one width as fit.
+    component AdaptiveGrid: Grid {
+        required property int leastWidth
+        property int mostColumns: 4
+        readonly property real cellWidth: Math.floor((width - (columns - 1) * spacing) / columns)
+
+        columns: Math.max(1, Math.min(mostColumns, Math.floor((width + spacing) / (leastWidth + spacing))))
+        spacing: 16
     }
 }
