@@ -139,6 +139,11 @@ void turnWheel(QQuickWindow &window, const QPointF &place, int notches)
 {
     QWheelEvent event(place, window.mapToGlobal(place), QPoint(), QPoint(0, -120 * notches), Qt::NoButton,
         Qt::NoModifier, Qt::NoScrollPhase, false);
+    static QElapsedTimer clock;
+    if (!clock.isValid()) {
+        clock.start();
+    }
+    event.setTimestamp(quint64(clock.elapsed()) + 1); // how fast it is turned follows from it
     QCoreApplication::sendEvent(&window, &event);
 }
 
