@@ -9,16 +9,17 @@ void FrameTimes::begin()
 {
     m_gaps.clear();
     m_work.clear();
-    m_last = std::chrono::steady_clock::now();
-    m_lastProcessorTime = processorTime();
+    m_last.reset();
 }
 
 void FrameTimes::frameShown()
 {
     const auto now = std::chrono::steady_clock::now();
     const double worked = processorTime();
-    m_gaps.push_back(std::chrono::duration<double, std::milli>(now - m_last).count());
-    m_work.push_back(worked - m_lastProcessorTime);
+    if (m_last) {
+        m_gaps.push_back(std::chrono::duration<double, std::milli>(now - *m_last).count());
+        m_work.push_back(worked - m_lastProcessorTime);
+    }
     m_last = now;
     m_lastProcessorTime = worked;
 }

@@ -10,6 +10,7 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <optional>
 #include <vector>
 
 namespace quire {
@@ -17,6 +18,7 @@ namespace quire {
 class FrameTimes
 {
 public:
+    // From the next frame on.
     void begin();
     void frameShown();
 
@@ -31,7 +33,7 @@ private:
     static double quantile(std::vector<double> times, double part);
     static double processorTime();
 
-    std::chrono::steady_clock::time_point m_last;
+    std::optional<std::chrono::steady_clock::time_point> m_last;
     double m_lastProcessorTime = 0;
     std::vector<double> m_gaps;
     std::vector<double> m_work;
