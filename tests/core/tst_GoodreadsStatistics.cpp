@@ -32,7 +32,7 @@ Book by(const QString &author)
 // The same books give the same figures whichever way their dates are known.
 GoodreadsStatistics statisticsOf(const QList<Book> &books)
 {
-    const auto statistics = makeGoodreadsStatistics(books, now);
+    auto statistics = makeGoodreadsStatistics(books, now);
     EXPECT_EQ(statistics, makeGoodreadsStatistics(ReadingHistory(books, *LibraryIndex::of(books), now)));
     return statistics;
 }

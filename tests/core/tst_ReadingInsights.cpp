@@ -19,7 +19,7 @@ const Instant now = at(QStringLiteral("2026-11-21 12:00:00"));
 
 ReadingInsightsSnapshot insightsOf(const QList<Book> &books)
 {
-    const auto insights = makeReadingInsights(books, now);
+    auto insights = makeReadingInsights(books, now);
     EXPECT_EQ(insights, makeReadingInsights(ReadingHistory(books, *LibraryIndex::of(books), now)));
     return insights;
 }
