@@ -10,24 +10,15 @@
 namespace quire {
 
 AddAudiobookViewModel::AddAudiobookViewModel(AppModel &model, QObject *parent)
-    : QObject(parent)
-    , m_model(model)
+    : AddTitleViewModel(model, QStringLiteral("Search Audible"), parent)
     , m_search([this](QString query, std::stop_token stop) { return lookUp(std::move(query), std::move(stop)); },
           [this] {
               m_found.clear();
               m_results.show(m_found);
           })
 {
-    connect(&m_model, &AppModel::isWorkingChanged, this, &AddAudiobookViewModel::workChanged);
     m_statuses.setChoices(LibraryTexts::listeningStatuses());
-    m_modes.setChoices({{QStringLiteral("search"), QStringLiteral("Search Audible"), QString()},
-        {QStringLiteral("manual"), QStringLiteral("Enter Manually"), QString()}});
     reset();
-}
-
-bool AddAudiobookViewModel::isWorking() const
-{
-    return m_model.isWorking();
 }
 
 bool AddAudiobookViewModel::canAdd() const
@@ -37,15 +28,13 @@ bool AddAudiobookViewModel::canAdd() const
 
 void AddAudiobookViewModel::reset()
 {
-    ++m_opening;
     m_search.clear();
-    m_entersManually = false;
     for (QString *field :
         {&m_manualTitle, &m_manualAuthor, &m_manualNarrator, &m_manualSeries, &m_manualBookNumber, &m_manualSummary}) {
         field->clear();
     }
     m_manualStatus = QStringLiteral("read");
-    Q_EMIT entersManuallyChanged();
+    beginAnew();
     Q_EMIT draftChanged();
 }
 
@@ -83,16 +72,6 @@ AudibleCatalogBook AddAudiobookViewModel::draft() const
     book.bookNumber = Text::decimalInteger(Text::trimmed(m_manualBookNumber));
     book.summary = Text::nonEmptyValue(m_manualSummary);
     return book;
-}
-
-QCoro::Task<> AddAudiobookViewModel::finish(QCoro::Task<bool> adding)
-{
-    const QPointer self(this);
-    const int opening = m_opening;
-    const bool isAdded = co_await adding;
-    if (self && isAdded && opening == m_opening) {
-        Q_EMIT added();
-    }
 }
 
 } // namespace quire

@@ -5,7 +5,7 @@
 
 #pragma once
 
-#include "QuireApp/ViewModels/CatalogListModel.h"
+#include "QuireApp/ViewModels/AddTitleViewModel.h"
 #include "QuireApp/ViewModels/CatalogSearch.h"
 #include "QuireApp/ViewModels/ChoiceListModel.h"
 
@@ -15,19 +15,15 @@
 
 namespace quire {
 
-class AppModel;
-
-class AddAudiobookViewModel : public QObject
+// Qualified, as the QML tools know the base class by its whole name only.
+class AddAudiobookViewModel : public quire::AddTitleViewModel
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Handed to the views by the shell")
 
     Q_PROPERTY(quire::CatalogSearch *search READ search CONSTANT)
-    Q_PROPERTY(quire::CatalogListModel *results READ results CONSTANT)
     Q_PROPERTY(quire::ChoiceListModel *statuses READ statuses CONSTANT) // listening statuses
-    Q_PROPERTY(quire::ChoiceListModel *modes READ modes CONSTANT) // "search" and "manual"
-    Q_PROPERTY(bool entersManually MEMBER m_entersManually NOTIFY entersManuallyChanged)
 
     Q_PROPERTY(QString manualTitle MEMBER m_manualTitle NOTIFY draftChanged)
     Q_PROPERTY(QString manualAuthor MEMBER m_manualAuthor NOTIFY draftChanged)
@@ -37,7 +33,6 @@ class AddAudiobookViewModel : public QObject
     Q_PROPERTY(QString manualSummary MEMBER m_manualSummary NOTIFY draftChanged)
     Q_PROPERTY(QString manualStatus MEMBER m_manualStatus NOTIFY draftChanged)
 
-    Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged) // a job runs; nothing can be added
     Q_PROPERTY(bool canAdd READ canAdd NOTIFY draftChanged) // the draft has what it must have
 
 public:
@@ -45,40 +40,27 @@ public:
     explicit AddAudiobookViewModel(AppModel &model, QObject *parent = nullptr);
 
     CatalogSearch *search() { return &m_search; }
-    CatalogListModel *results() { return &m_results; }
     ChoiceListModel *statuses() { return &m_statuses; }
-    ChoiceListModel *modes() { return &m_modes; }
-    bool isWorking() const;
     bool canAdd() const;
 
     // Everything as it is when the panel opens.
     Q_INVOKABLE void reset();
 
-    // Add a title; added() follows when it is in the library, unless the panel was
-    // opened anew meanwhile and holds other input, else a notice of the model.
+    // Add a title; added() follows, or a notice of the model.
     // row: of results. status: its word.
     Q_INVOKABLE void addResult(int row, const QString &status);
     Q_INVOKABLE void addDraft();
 
 Q_SIGNALS:
-    void entersManuallyChanged();
     void draftChanged();
-    void workChanged();
-    void added();
 
 private:
     QCoro::Task<qsizetype> lookUp(QString query, std::stop_token stop);
-    QCoro::Task<> finish(QCoro::Task<bool> adding);
     AudibleCatalogBook draft() const;
 
-    AppModel &m_model;
     CatalogSearch m_search;
-    QList<AudibleCatalogBook> m_found;
-    CatalogListModel m_results; // m_found, in words
+    QList<AudibleCatalogBook> m_found; // what results shows, in words
     ChoiceListModel m_statuses;
-    ChoiceListModel m_modes;
-    int m_opening = 0; // how often reset() was called
-    bool m_entersManually = false;
     QString m_manualTitle;
     QString m_manualAuthor;
     QString m_manualNarrator;

@@ -10,24 +10,15 @@
 namespace quire {
 
 AddBookViewModel::AddBookViewModel(AppModel &model, QObject *parent)
-    : QObject(parent)
-    , m_model(model)
+    : AddTitleViewModel(model, QStringLiteral("Search Books"), parent)
     , m_search([this](QString query, std::stop_token stop) { return lookUp(std::move(query), std::move(stop)); },
           [this] {
               m_found.clear();
               m_results.show(m_found);
           })
 {
-    connect(&m_model, &AppModel::isWorkingChanged, this, &AddBookViewModel::workChanged);
     m_shelves.setChoices(LibraryTexts::readingStatuses());
-    m_modes.setChoices({{QStringLiteral("search"), QStringLiteral("Search Books"), QString()},
-        {QStringLiteral("manual"), QStringLiteral("Enter Manually"), QString()}});
     reset();
-}
-
-bool AddBookViewModel::isWorking() const
-{
-    return m_model.isWorking();
 }
 
 bool AddBookViewModel::canAdd() const
@@ -37,15 +28,13 @@ bool AddBookViewModel::canAdd() const
 
 void AddBookViewModel::reset()
 {
-    ++m_opening;
     m_search.clear();
-    m_entersManually = false;
     for (QString *field : {&m_title, &m_author, &m_isbn, &m_pages, &m_year, &m_summary, &m_notes}) {
         field->clear();
     }
     m_shelf = QStringLiteral("read");
     m_rating = 0;
-    Q_EMIT entersManuallyChanged();
+    beginAnew();
     Q_EMIT draftChanged();
 }
 
@@ -86,16 +75,6 @@ ManualBookDraft AddBookViewModel::draft() const
     draft.publishedYear = Text::decimalInteger(Text::trimmed(m_year));
     draft.notes = Text::trimmed(m_notes);
     return draft;
-}
-
-QCoro::Task<> AddBookViewModel::finish(QCoro::Task<bool> adding)
-{
-    const QPointer self(this);
-    const int opening = m_opening;
-    const bool isAdded = co_await adding;
-    if (self && isAdded && opening == m_opening) {
-        Q_EMIT added();
-    }
 }
 
 } // namespace quire
