@@ -211,6 +211,17 @@ void move(const QString &from, const QString &to)
     }
 }
 
+void moveOver(const QString &from, const QString &to)
+{
+    const QString action = QStringLiteral("move a file to");
+    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
+        throw FileError(action, to, errno);
+    }
+    if (const int code = codeOfSyncingFolder(QFileInfo(to).absolutePath()); code != 0) {
+        throw UnsyncedFileError(action, to, code);
+    }
+}
+
 void remove(const QString &path)
 {
     const int removed = ::unlink(QFile::encodeName(path).constData());

@@ -41,6 +41,11 @@ void syncFolder(const QString &path);
 // still at `from`.
 void move(const QString &from, const QString &to);
 
+// Gives the file at `from`, whose bytes are synced, the name `to` in the same
+// folder, in the place of what has it, and syncs the folder. Throws FileError, both
+// files as they were; or, as one, UnsyncedFileError.
+void moveOver(const QString &from, const QString &to);
+
 // Removes the file at `path`, so that it stays gone after a power cut. Throws
 // FileError, also when there is none.
 void remove(const QString &path);

@@ -277,3 +277,25 @@ TEST_F(DurableFileTest, WhatIsNotThereCannotBeMoved)
         thrownBy<FileError>([&] { DurableFile::move(file(QStringLiteral("a")), file(QStringLiteral("b"))); })->code(),
         ENOENT);
 }
+
+TEST_F(DurableFileTest, AMoveOverAFileReplacesIt)
+{
+    DurableFile::write(file(QStringLiteral("new")), "x", 0600);
+    DurableFile::write(file(QStringLiteral("old")), "other");
+    for (const QString &target : {QStringLiteral("old"), QStringLiteral("none yet")}) {
+        DurableFile::write(file(QStringLiteral("new")), "x", 0600);
+        DurableFile::moveOver(file(QStringLiteral("new")), file(target));
+        EXPECT_EQ(content(target), "x");
+        EXPECT_EQ(modeOf(target), mode_t(0600));
+    }
+    EXPECT_EQ(names(), QStringList({QStringLiteral("none yet"), QStringLiteral("old")}));
+}
+
+TEST_F(DurableFileTest, AMoveOverAFolderIsAFailureAndLeavesBoth)
+{
+    DurableFile::write(file(QStringLiteral("new")), "x");
+    QDir().mkpath(file(QStringLiteral("folder")));
+    const auto move = [&] { DurableFile::moveOver(file(QStringLiteral("new")), file(QStringLiteral("folder"))); };
+    EXPECT_EQ(thrownBy<FileError>(move)->code(), EISDIR);
+    EXPECT_EQ(names(), QStringList({QStringLiteral("folder"), QStringLiteral("new")}));
+}

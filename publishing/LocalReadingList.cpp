@@ -1,0 +1,74 @@
+#include "publishing/LocalReadingList.h"
+
+#include "files/DurableFile.h"
+#include "reliability/QuireFailureInjector.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quire::LocalReadingList {
+
+namespace {
+
+constexpr mode_t modeOfNewFile = 0644;
+
+// A reader who has taken rights from the file, or given some, finds them again.
+mode_t modeFor(const QString &path)
+{
+    struct stat status
+    {
+    };
+    const bool isFile = ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+    return isFile ? status.st_mode & 0777 : modeOfNewFile;
+}
+
+class StagingFile
+{
+public:
+    explicit StagingFile(QString path)
+        : m_path(std::move(path))
+    {
+    }
+    ~StagingFile()
+    {
+        if (!m_isMoved) {
+            ::unlink(QFile::encodeName(m_path).constData());
+        }
+    }
+    StagingFile(const StagingFile &) = delete;
+    StagingFile &operator=(const StagingFile &) = delete;
+
+    void moveOver(const QString &target)
+    {
+        DurableFile::moveOver(m_path, target);
+        m_isMoved = true;
+    }
+
+private:
+    QString m_path;
+    bool m_isMoved = false;
+};
+
+} // namespace
+
+QString write(const QString &folder, const QByteArray &markdown)
+{
+    const QDir place(QDir(folder).absolutePath());
+    DurableFile::createFolder(place.path());
+
+    const QString target = place.filePath(QStringLiteral("quire.md"));
+    // Two processes that publish into one folder keep to their own.
+    const QString stagingPath
+        = place.filePath(QStringLiteral(".quire.md.%1.tmp").arg(QCoreApplication::applicationPid()));
+    StagingFile staging(stagingPath);
+    DurableFile::write(stagingPath, markdown, modeFor(target));
+    QuireFailureInjector::checkpoint(u"publishing-after-staging");
+    staging.moveOver(target);
+    return target;
+}
+
+} // namespace quire::LocalReadingList

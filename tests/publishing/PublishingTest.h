@@ -1,0 +1,82 @@
+// A library, a stand-in for the site's service, and a clock that moves on by
+// itself whenever the publication sleeps.
+
+#pragma once
+
+#include "NetlifyStandIn.h"
+
+#include "persistence/AppDirectories.h"
+#include "publishing/PublishingService.h"
+#include "sources/NetworkClient.h"
+#include "testing/Await.h"
+#include "testing/OwnDataDirectory.h"
+#include "testing/TestFiles.h"
+#include "testing/TestLibrary.h"
+
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+namespace quire::testing {
+
+class PublishingTest : public ::testing::Test
+{
+protected:
+    PublishingTest()
+    {
+        set("netlifyToken", QStringLiteral("a-token"));
+        snapshot.generatedAt = library.clock().now();
+        QObject::connect(&m_hand, &QTimer::timeout, &m_hand, [this] {
+            if (movesTime && library.clock().sleepers(std::chrono::seconds(2)) > 0) {
+                library.clock().advance(std::chrono::milliseconds(1500));
+            }
+        });
+        m_hand.start(0);
+    }
+
+    void set(const char *key, const QString &value) { await(library.store().setSetting(QLatin1String(key), value)); }
+    std::optional<QString> setting(const char *key) { return await(library.store().setting(QLatin1String(key))); }
+
+    // The store refuses to note this one from now on.
+    void refuseSetting(const char *key)
+    {
+        library.executeScript(QByteArray("CREATE TRIGGER refused BEFORE INSERT ON settings WHEN NEW.key = '"
+            + QByteArray(key) + "' BEGIN SELECT RAISE(ABORT, 'refused'); END")
+                                  .constData());
+    }
+
+    QCoro::Task<PublishResult> start()
+    {
+        ServiceEndpoints endpoints = ServiceEndpoints::standard();
+        endpoints.netlify = netlify.origin();
+        return PublishingService::publish(
+            snapshot, library.store(), network, endpoints, library.clock(), stop.get_token());
+    }
+    PublishResult publish() { return await(start()); }
+
+    // How often a publication slept between two polls.
+    qsizetype pauses() const
+    {
+        const auto sleeps = library.clock().requestedSleeps();
+        return std::count(sleeps.begin(), sleeps.end(), std::chrono::milliseconds(1500));
+    }
+
+    // Absolute path of a file in the folder of the last page.
+    static QString deployed(const QString &name)
+    {
+        return AppDirectories::supportDirectory() + QStringLiteral("/deploy/") + name;
+    }
+
+    OwnDataDirectory data; // first: the support folder is looked up in it
+    mutable TestLibrary library;
+    NetlifyStandIn netlify;
+    NetworkClient network;
+    PublishingSnapshot snapshot;
+    std::stop_source stop;
+    bool movesTime = true;
+
+private:
+    QTimer m_hand;
+};
+
+} // namespace quire::testing
