@@ -10,7 +10,7 @@ packages_build=(
 )
 
 packages_run=(
-    qt6-image-formats-plugins
+    tzdata qt6-image-formats-plugins
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
     qml6-module-qtquick-templates qml6-module-qtquick-window
@@ -34,11 +34,14 @@ packages_demo=(python3 python3-gi python3-gi-cairo gir1.2-pango-1.0)
 packages_test=(
     libclang-rt-16-dev llvm-16 qml6-module-qttest
     python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi at-spi2-core dbus dbus-x11
-    sqlite3 "${packages_headless[@]}"
+    python3-html5lib sqlite3 "${packages_headless[@]}"
 )
 
 # What the benchmarks are measured against.
 packages_bench=(sqlite3)
+
+# A browser to look at a published page in.
+packages_browser=(chromium)
 
 packages_lint=(clang-tidy-16 clang-format-16 shellcheck python3)
 

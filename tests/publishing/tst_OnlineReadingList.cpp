@@ -430,7 +430,7 @@ TEST_F(OnlineReadingListTest, AConnectionThatBreaksIsAFailureAtEveryCall)
 
 TEST_F(OnlineReadingListTest, AnEndlessAnswerIsAFailure)
 {
-    netlify.instead.insert("POST /api/v1/sites", LoopbackReply::ok(QByteArray(4'096, ' ')).repeatedForEver());
+    netlify.instead.insert("POST /api/v1/sites", LoopbackReply::ok(QByteArray(64 * 1024, ' ')).repeatedForEver());
     EXPECT_EQ(failure(), QStringLiteral("The service's answer is too long."));
 }
 
