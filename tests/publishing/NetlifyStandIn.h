@@ -27,6 +27,9 @@ public:
     // Of the page, without "/index.html".
     QString siteAddress() const { return m_server.url(u"/pages/list").toString(); }
 
+    // A site that was made before.
+    void knowSite(const QString &id) { m_sites.insert(id); }
+
     // What goes otherwise than well. -------------------------------------------------
 
     // What a call gets instead of its answer, by how it begins, as in

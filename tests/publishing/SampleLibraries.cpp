@@ -4,7 +4,6 @@
 
 #include <QDate>
 
-#include <cmath>
 #include <limits>
 
 namespace quire::testing {
@@ -35,7 +34,7 @@ GoodreadsStatistics statisticsOf(const QList<Book> &reading, const QList<Book> &
     qint64 rated = 0;
     for (const Book &book : read) {
         statistics.totalPages += book.numberOfPages.value_or(0);
-        if (book.userRating > 0 && std::isfinite(book.userRating)) {
+        if (book.userRating > 0) {
             sum += book.userRating;
             ++rated;
         }
@@ -249,12 +248,15 @@ PublishingSnapshot hostileLibrary()
         audiobook.finishedAt = piece;
         snapshot.ratedAudiobooks.append(audiobook);
     }
-    snapshot.statistics = statisticsOf(snapshot.currentlyReading, snapshot.booksRead);
+    snapshot.statistics.year = 2026;
+    snapshot.statistics.reading = std::numeric_limits<qint64>::max();
+    snapshot.statistics.read = -1;
+    snapshot.statistics.totalPages = std::numeric_limits<qint64>::min();
     snapshot.statistics.averageRating = -1;
     return snapshot;
 }
 
-QString hostileText(std::mt19937_64 &random)
+QString hostileText(std::mt19937 &random)
 {
     std::uniform_int_distribution<qsizetype> piece(0, hostilePieces().size() - 1);
     std::uniform_int_distribution<int> pieces(0, 6);

@@ -27,6 +27,6 @@ PublishingSnapshot hostileLibrary();
 
 // One hostile text of endlessly many: pieces of markup, of entities, of other
 // scripts and of nonsense, in any order.
-QString hostileText(std::mt19937_64 &random);
+QString hostileText(std::mt19937 &random);
 
 } // namespace quire::testing
