@@ -8,12 +8,14 @@
 #include <QTimeZone>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 namespace quire {
 
 namespace {
 
+constexpr QStringView dayFormat = u"MMM d, yyyy";
 constexpr double mostStars = 100;
 
 // Qt knows the languages' full date alone, which is the long one with the day of
@@ -41,10 +43,23 @@ const QTimeZone &newYork()
 
 } // namespace
 
+void appendPlainNumber(QString &text, qint64 number)
+{
+    char digits[20]; // with a sign
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number);
+    text += QLatin1String(digits, end.ptr);
+}
+
 ReadingListForms::ReadingListForms(const QLocale &locale)
     : m_locale(locale)
     , m_longDate(longDateFormat(locale))
 {
+    for (int month = 1; month <= 12; ++month) {
+        m_months[std::size_t(month) - 1] = locale.monthName(month, QLocale::ShortFormat);
+    }
+    if (const QString zero = locale.zeroDigit(); zero.size() == 1) {
+        m_zero = zero.front();
+    }
 }
 
 QString ReadingListForms::publishedDate(Instant moment) const
@@ -53,19 +68,35 @@ QString ReadingListForms::publishedDate(Instant moment) const
     return m_locale.toString(there.date(), m_longDate) + u' ' + m_locale.toString(there.time(), QLocale::ShortFormat);
 }
 
-std::optional<QString> ReadingListForms::day(const std::optional<QString> &date)
+std::optional<QStringView> ReadingListForms::day(const std::optional<QString> &date)
 {
     const auto instant = DateParser::date(date);
     if (!instant) {
         return std::nullopt;
     }
     const auto wall = LocalTime::wallClock(std::chrono::floor<std::chrono::seconds>(*instant));
-    const qint64 number = std::chrono::floor<std::chrono::days>(wall).time_since_epoch().count();
-    QString &text = m_days[number];
-    if (text.isNull()) {
-        text = m_locale.toString(QDate(1970, 1, 1).addDays(number), u"MMM d, yyyy");
+    const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(wall));
+    const int year = int(day.year());
+    if (!m_zero || year < 1 || year > 9'999) {
+        m_day = m_locale.toString(QDate(year, int(unsigned(day.month())), int(unsigned(day.day()))), dayFormat);
+        return m_day;
     }
-    return text;
+    // As by the format, which takes longer than all the rest of a title.
+    m_day.resize(0);
+    m_day += m_months[unsigned(day.month()) - 1];
+    m_day += u' ';
+    appendDigits(unsigned(day.day()), 1);
+    m_day += u", ";
+    appendDigits(unsigned(year), 4);
+    return m_day;
+}
+
+void ReadingListForms::appendDigits(unsigned number, int width)
+{
+    const qsizetype start = m_day.size();
+    for (; width > 0 || number > 0; --width, number /= 10) {
+        m_day.insert(start, QChar(char16_t(m_zero->unicode() + number % 10)));
+    }
 }
 
 QString ReadingListForms::grouped(qint64 count) const
@@ -78,7 +109,7 @@ QString ReadingListForms::average(double average) const
     return average > 0 ? m_locale.toString(rounded(average, 10), 'f', 1) : QStringLiteral("N/A");
 }
 
-QString ReadingListForms::rating(double rating)
+const QString &ReadingListForms::rating(double rating)
 {
     QString &text = m_ratings[rating];
     if (text.isNull()) {
@@ -87,10 +118,10 @@ QString ReadingListForms::rating(double rating)
     return text;
 }
 
-QString ReadingListForms::stars(double rating)
+const QString &ReadingListForms::stars(double rating)
 {
     if (!(rating > 0)) { // nor a number at all
-        return QStringLiteral("Unrated");
+        return m_unrated;
     }
     QString &text = m_stars[rating];
     if (text.isNull()) {

@@ -3,6 +3,7 @@
 #include "publishing/ReadingListLink.h"
 #include "publishing/ReadingListPage.h"
 #include "publishing/ReadingListRenderer.h"
+#include "publishing/ReadingListSize.h"
 
 namespace quire::ReadingListRenderer {
 
@@ -19,6 +20,7 @@ public:
 
     QString text()
     {
+        m_text.reserve(expectedLength(m_snapshot));
         m_text += ReadingListPage::head;
         appendEscaped(m_forms.publishedDate(m_snapshot.generatedAt));
         m_text += ReadingListPage::ratingScale;
@@ -57,7 +59,7 @@ private:
             m_text += u"</div></div>\n";
         };
         const QStringView nextNumber = uR"(    <div class="stat"><div class="stat-value">)";
-        m_text += QString::number(statistics.read);
+        appendNumber(statistics.read);
         endNumber(u"Books Read");
         m_text += nextNumber;
         m_text += m_forms.grouped(statistics.totalPages);
@@ -66,7 +68,7 @@ private:
         m_text += m_forms.average(statistics.averageRating);
         endNumber(u"Average Rating");
         m_text += nextNumber;
-        m_text += QString::number(statistics.reading);
+        appendNumber(statistics.reading);
         endNumber(u"Reading Now");
     }
 
@@ -90,7 +92,7 @@ private:
         m_text += uR"(">)";
         m_text += words;
         m_text += u" (";
-        m_text += QString::number(count);
+        appendNumber(count);
         m_text += u")</h2>";
     }
 
@@ -101,11 +103,11 @@ private:
         appendEscaped(book.author);
         if (book.publishedYear) {
             m_text += u" | <strong>Published:</strong> ";
-            m_text += QString::number(*book.publishedYear);
+            appendNumber(*book.publishedYear);
         }
         if (book.numberOfPages) {
             m_text += u" | <strong>Pages:</strong> ";
-            m_text += QString::number(*book.numberOfPages);
+            appendNumber(*book.numberOfPages);
         }
         m_text += u"</div>\n  ";
         if (showRating) {
@@ -140,7 +142,7 @@ private:
             appendEscaped(*audiobook.series);
             if (audiobook.bookNumber) {
                 m_text += u", Book ";
-                m_text += QString::number(*audiobook.bookNumber);
+                appendNumber(*audiobook.bookNumber);
             }
         }
         m_text += u"</div>\n  <div class=\"rating\"><strong>My Rating:</strong> ";
@@ -193,6 +195,8 @@ private:
     }
 
     void appendEscaped(QStringView text) { appendEscapedHTML(m_text, text); }
+
+    void appendNumber(qint64 number) { appendPlainNumber(m_text, number); }
 
     const PublishingSnapshot &m_snapshot;
     ReadingListForms m_forms;

@@ -1,6 +1,8 @@
+#include "publishing/MarkdownEscape.h"
 #include "publishing/ReadingListForms.h"
 #include "publishing/ReadingListLink.h"
 #include "publishing/ReadingListRenderer.h"
+#include "publishing/ReadingListSize.h"
 
 #include <QStringView>
 
@@ -41,6 +43,7 @@ public:
 
     QString text()
     {
+        m_text.reserve(expectedLength(m_snapshot));
         m_text += u"# Corin's Reading List\n\nLast updated: ";
         m_text += m_forms.publishedDate(m_snapshot.generatedAt);
         m_text += introduction;
@@ -70,13 +73,13 @@ private:
     void appendStatistics()
     {
         const GoodreadsStatistics &statistics = m_snapshot.statistics;
-        m_text += QString::number(statistics.read);
+        appendNumber(statistics.read);
         m_text += u"\n- Pages Read: ";
         m_text += m_forms.grouped(statistics.totalPages);
         m_text += u"\n- Average Rating: ";
         m_text += m_forms.average(statistics.averageRating);
         m_text += u"\n- Reading Now: ";
-        m_text += QString::number(statistics.reading);
+        appendNumber(statistics.reading);
         endBlock();
     }
 
@@ -85,7 +88,7 @@ private:
         m_text += u"## ";
         m_text += words;
         m_text += u" (";
-        m_text += QString::number(count);
+        appendNumber(count);
         m_text += u')';
         endBlock();
     }
@@ -99,11 +102,11 @@ private:
         }
         if (book.publishedYear) {
             appendFact(u"Published: ");
-            m_text += QString::number(*book.publishedYear);
+            appendNumber(*book.publishedYear);
         }
         if (book.numberOfPages) {
             appendFact(u"Pages: ");
-            m_text += QString::number(*book.numberOfPages);
+            appendNumber(*book.numberOfPages);
         }
         endFacts();
         if (isRead) {
@@ -136,7 +139,7 @@ private:
             appendEscaped(*audiobook.series);
             if (audiobook.bookNumber) {
                 m_text += u", Book ";
-                m_text += QString::number(*audiobook.bookNumber);
+                appendNumber(*audiobook.bookNumber);
             }
         }
         endFacts();
@@ -195,19 +198,7 @@ private:
         if (!summary || summary->isEmpty()) {
             return;
         }
-        m_text += u"> ";
-        QStringView rest = QStringView(*summary).trimmed();
-        for (;;) {
-            const qsizetype end = indexOfLineEnd(rest);
-            m_text += rest.first(end);
-            if (end == rest.size()) {
-                break;
-            }
-            if (rest[end] == u'\n') { // and a carriage return is dropped
-                m_text += u"\n> ";
-            }
-            rest = rest.sliced(end + 1);
-        }
+        appendQuotedMarkdown(m_text, *summary);
         endBlock();
     }
 
@@ -221,35 +212,9 @@ private:
         }
     }
 
-    // Text of the library. ------------------------------------------------------------
+    void appendEscaped(QStringView text) { appendEscapedMarkdown(m_text, text); }
 
-    static qsizetype indexOfLineEnd(QStringView text)
-    {
-        qsizetype at = 0;
-        while (at < text.size() && text[at] != u'\n' && text[at] != u'\r') {
-            ++at;
-        }
-        return at;
-    }
-
-    // On one line, with a backslash before what would be taken for markup.
-    void appendEscaped(QStringView text)
-    {
-        text = text.trimmed();
-        bool isAfterSpace = false;
-        for (const QChar c : text) {
-            const bool isSpace = c.isSpace();
-            if (!isSpace) {
-                if (c == u'\\' || c == u'`' || c == u'*' || c == u'_' || c == u'[' || c == u']') {
-                    m_text += u'\\';
-                }
-                m_text += c;
-            } else if (!isAfterSpace) {
-                m_text += u' ';
-            }
-            isAfterSpace = isSpace;
-        }
-    }
+    void appendNumber(qint64 number) { appendPlainNumber(m_text, number); }
 
     const PublishingSnapshot &m_snapshot;
     ReadingListForms m_forms;

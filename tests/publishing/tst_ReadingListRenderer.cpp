@@ -378,6 +378,28 @@ TEST_F(ReadingList, TheMomentIsWrittenAsTheLanguageWritesIt)
     }
 }
 
+TEST_F(ReadingList, ADayIsWrittenByItsFormatInEveryLanguage)
+{
+    const QList<QLocale> locales
+        = QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+    ASSERT_GT(locales.size(), 400);
+    for (const QLocale &locale : locales) {
+        snapshot.booksRead.clear();
+        std::vector<std::string> lines;
+        for (int month = 1; month <= 12; ++month) {
+            const QDate day(month < 3 ? 987 : 2026, month, 1 + month * 2);
+            Book book = plainBook();
+            book.readAt = day.toString(Qt::ISODate);
+            snapshot.booksRead.append(book);
+            lines.push_back("\nDate Read: " + locale.toString(day, u"MMM d, yyyy").toStdString() + "\n");
+        }
+        const std::string text = markdown(locale);
+        for (const std::string &line : lines) {
+            ASSERT_THAT(text, HasSubstr(line)) << locale.name().toStdString();
+        }
+    }
+}
+
 TEST_F(ReadingList, NumbersAreTheLanguagesButCountsAndYearsArePlain)
 {
     snapshot.statistics.read = 12'345;
