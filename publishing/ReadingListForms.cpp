@@ -93,10 +93,12 @@ std::optional<QStringView> ReadingListForms::day(const std::optional<QString> &d
 
 void ReadingListForms::appendDigits(unsigned number, int width)
 {
-    const qsizetype start = m_day.size();
+    std::array<QChar, 10> digits;
+    std::size_t first = digits.size();
     for (; width > 0 || number > 0; --width, number /= 10) {
-        m_day.insert(start, QChar(char16_t(m_zero->unicode() + number % 10)));
+        digits[--first] = QChar(char16_t(m_zero->unicode() + number % 10));
     }
+    m_day.append(&digits[first], qsizetype(digits.size() - first));
 }
 
 QString ReadingListForms::grouped(qint64 count) const
