@@ -60,7 +60,7 @@ QString write(const QString &folder, const QByteArray &markdown)
     const QDir place(QDir(folder).absolutePath());
     DurableFile::createFolder(place.path());
 
-    const QString target = place.filePath(QStringLiteral("quire.md"));
+    QString target = place.filePath(QStringLiteral("quire.md"));
     // Two processes that publish into one folder keep to their own.
     const QString stagingPath
         = place.filePath(QStringLiteral(".quire.md.%1.tmp").arg(QCoreApplication::applicationPid()));
