@@ -53,7 +53,7 @@ std::optional<Url> netlifySiteURL(const NetlifyAnswer &site)
     }
     for (const QStringView name : {u"ssl_url", u"url"}) {
         if (const auto text = nonBlank(site, name)) {
-            if (const auto url = Url::parse(*text)) {
+            if (auto url = Url::parse(*text)) {
                 return url;
             }
         }

@@ -80,7 +80,7 @@ QFuture<void> write(const QString &path, const QByteArray &bytes)
 
 QString netlifyToken(const SettingsMap &settings)
 {
-    const QString token = Text::trimmed(settings.value(QStringLiteral("netlifyToken")));
+    QString token = Text::trimmed(settings.value(QStringLiteral("netlifyToken")));
     if (token.isEmpty()) {
         throw ServiceError::message(QStringLiteral("Netlify token not found. Add it in Settings."));
     }

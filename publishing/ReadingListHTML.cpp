@@ -185,7 +185,7 @@ private:
 
     void appendLink(const std::optional<Url> &url, QStringView words)
     {
-        if (isLinkable(url)) {
+        if (url && isLinkable(*url)) {
             m_text += uR"(<div class="link"><a href=")";
             appendEscaped(url->text());
             m_text += uR"(">)";

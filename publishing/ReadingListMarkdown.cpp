@@ -204,7 +204,7 @@ private:
 
     void appendLink(QStringView words, const std::optional<Url> &url)
     {
-        if (isLinkable(url)) {
+        if (url && isLinkable(*url)) {
             m_text += words;
             m_text += url->text();
             m_text += u')';

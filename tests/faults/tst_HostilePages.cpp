@@ -17,7 +17,6 @@
 
 using namespace quire;
 using namespace quire::testing;
-using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 namespace {

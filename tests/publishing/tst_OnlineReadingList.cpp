@@ -180,7 +180,7 @@ TEST_F(OnlineReadingListTest, EveryCallCarriesTheTokenAndItsBodyAndThePageNeithe
     EXPECT_EQ(requests[3].body, "");
     EXPECT_FALSE(requests[3].headers.contains("content-type"));
 
-    const LoopbackRequest page = requests[4];
+    const LoopbackRequest &page = requests[4];
     EXPECT_FALSE(page.headers.contains("authorization"));
     EXPECT_EQ(page.headers.value("cache-control"), "no-cache");
     EXPECT_EQ(page.queryValue(QStringLiteral("quire_verify")).size(), 36);
