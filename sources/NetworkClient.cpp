@@ -2,32 +2,13 @@
 
 #include "sources/HttpExchange.h"
 #include "sources/ServiceError.h"
+#include "sources/SystemProxy.h"
 
-#include <QHostAddress>
 #include <QNetworkAccessManager>
-#include <QNetworkProxyFactory>
 
 #include <QCoroFuture>
 
 namespace quire {
-
-namespace {
-
-// The system's proxy for the world, none for this machine itself.
-class SystemProxy final : public QNetworkProxyFactory
-{
-public:
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
-    {
-        const QString host = query.url().host();
-        if (host == QStringLiteral("localhost") || QHostAddress(host).isLoopback()) {
-            return {QNetworkProxy(QNetworkProxy::NoProxy)};
-        }
-        return systemProxyForQuery(query);
-    }
-};
-
-} // namespace
 
 QByteArray NetworkResponse::header(const QByteArray &name) const
 {
