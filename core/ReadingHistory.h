@@ -48,7 +48,7 @@ private:
     void count(const QString &shelf);
     void addReadBook(const Book &book, Instant recency);
 
-    const QList<Book> m_books; // what the pointers lead into; shared, so that no book is copied
+    const QList<Book> m_books; // what the pointers lead into; const, or a look at a book would copy them all
     CalendarYear m_year;
     std::vector<ReadBook> m_readBooks;
     qint64 m_reading = 0;

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QIODevice>
 #include <QUuid>
 
 #include <cerrno>
@@ -56,7 +57,8 @@ private:
     throw FileError(QStringLiteral("read the file"), source, errno);
 }
 
-void writeAll(int descriptor, QByteArrayView bytes, const QString &path)
+// 0, or the errno of the failure.
+int codeOfWritingAll(int descriptor, QByteArrayView bytes)
 {
     qsizetype written = 0;
     while (written < bytes.size()) {
@@ -65,11 +67,77 @@ void writeAll(int descriptor, QByteArrayView bytes, const QString &path)
             continue;
         }
         if (count < 0) {
-            fail(path);
+            return errno;
         }
         written += count;
     }
+    return 0;
 }
+
+void writeAll(int descriptor, QByteArrayView bytes, const QString &path)
+{
+    if (const int code = codeOfWritingAll(descriptor, bytes); code != 0) {
+        throw FileError(QStringLiteral("write the file"), path, code);
+    }
+}
+
+// Gathers short writes; long ones pass by. The first failure is kept, for those
+// who write through a library that lets no exception through.
+class Stream final : public QIODevice
+{
+public:
+    explicit Stream(int descriptor)
+        : m_descriptor(descriptor)
+    {
+        m_gathered.reserve(gathering);
+        open(WriteOnly | Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+
+    // 0, or the errno of the first failure.
+    int finish()
+    {
+        flush();
+        return m_code;
+    }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        if (m_gathered.size() + size > gathering) {
+            flush();
+        }
+        if (size > gathering) {
+            write({data, size});
+        } else {
+            m_gathered.append(data, size);
+        }
+        return m_code == 0 ? size : -1;
+    }
+
+private:
+    static constexpr qsizetype gathering = 64 * 1024;
+
+    void write(QByteArrayView bytes)
+    {
+        if (m_code == 0) {
+            m_code = codeOfWritingAll(m_descriptor, bytes);
+        }
+    }
+
+    void flush()
+    {
+        write(m_gathered);
+        m_gathered.resize(0); // keeps its room
+    }
+
+    int m_descriptor;
+    int m_code = 0;
+    QByteArray m_gathered;
+};
 
 // 0, or the errno of the failure.
 int codeOfSyncingFolder(const QString &folder)
@@ -145,6 +213,17 @@ QStringList missingFolders(const QString &path)
 void write(const QString &path, const QByteArray &bytes, mode_t mode)
 {
     replace(path, mode, [&](int descriptor) { writeAll(descriptor, bytes, path); });
+}
+
+void writeStreamed(const QString &path, const std::function<void(QIODevice &)> &fill, mode_t mode)
+{
+    replace(path, mode, [&](int descriptor) {
+        Stream stream(descriptor);
+        fill(stream);
+        if (const int code = stream.finish(); code != 0) {
+            throw FileError(QStringLiteral("write the file"), path, code);
+        }
+    });
 }
 
 void copy(const QString &source, const QString &path)

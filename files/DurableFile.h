@@ -11,7 +11,11 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 #include <sys/types.h>
+
+class QIODevice;
 
 namespace quire::DurableFile {
 
@@ -21,6 +25,12 @@ namespace quire::DurableFile {
 // mask takes nothing away from them. Throws FileError, the old file as it was
 // and no temporary left; or, as one, UnsyncedFileError.
 void write(const QString &path, const QByteArray &bytes, mode_t mode = 0644);
+
+// As write(), with what `fill` writes to the device that it is given, which goes
+// to the disk as it comes: long runs of bytes are copied nowhere. Whoever fills
+// need not look at the device's failures; what `fill` throws passes through, and
+// the old file stays.
+void writeStreamed(const QString &path, const std::function<void(QIODevice &)> &fill, mode_t mode = 0644);
 
 // As write(), with the bytes of the file at `source`, at the length that it has
 // when it is read. Throws FileError, naming the file that failed.

@@ -18,6 +18,11 @@ using RecordFields::fieldsOf;
 // beyond that is damage, and not a reason to ask for memory.
 constexpr qsizetype longestValue = 64 * 1024 * 1024;
 
+// Nobody writes as much as this about a title. In memory a text takes twice the
+// bytes that it has in the stream, and a short entry of a list takes far more.
+constexpr qsizetype longestText = 16 * 1024 * 1024;
+constexpr qsizetype mostEntries = 10'000;
+
 // How deep a value under an unknown key may be nested and still be passed over.
 constexpr int deepestUnknown = 16;
 
@@ -29,11 +34,11 @@ constexpr int deepestUnknown = 16;
 // The strings of a stream may come in chunks; their lengths are looked at
 // before anything is allocated for them.
 template<typename Text, typename ReadChunk>
-Text readChunks(QCborStreamReader &reader, ReadChunk readChunk)
+Text readChunks(QCborStreamReader &reader, qsizetype longest, ReadChunk readChunk)
 {
     Text whole;
     while (true) {
-        if (reader.currentStringChunkSize() > longestValue - whole.size()) {
+        if (reader.currentStringChunkSize() > longest - whole.size()) {
             fail("a value is too long");
         }
         auto chunk = readChunk();
@@ -56,7 +61,7 @@ QString readText(QCborStreamReader &reader)
     if (!reader.isString()) {
         fail("a text was expected");
     }
-    return readChunks<QString>(reader, [&reader] { return reader.readString(); });
+    return readChunks<QString>(reader, longestText, [&reader] { return reader.readString(); });
 }
 
 void next(QCborStreamReader &reader)
@@ -116,7 +121,7 @@ void read(QCborStreamReader &reader, std::optional<CoverBytes> &value)
     if (!reader.isByteArray()) {
         fail("bytes were expected");
     }
-    QByteArray bytes = readChunks<QByteArray>(reader, [&reader] { return reader.readByteArray(); });
+    QByteArray bytes = readChunks<QByteArray>(reader, longestValue, [&reader] { return reader.readByteArray(); });
     if (bytes.isEmpty()) {
         fail("a cover without bytes");
     }
@@ -130,6 +135,9 @@ void read(QCborStreamReader &reader, QStringList &value)
     }
     value.clear();
     while (reader.hasNext()) {
+        if (value.size() == mostEntries) {
+            fail("a list is too long");
+        }
         value.append(readText(reader));
     }
     if (!reader.leaveContainer()) {

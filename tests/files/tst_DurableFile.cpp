@@ -1,6 +1,7 @@
 #include "files/DurableFile.h"
 
 #include "files/FileError.h"
+#include "testing/ResourceLimit.h"
 #include "testing/ThrownFailure.h"
 #include "testing/UnprivilegedUser.h"
 
@@ -298,4 +299,45 @@ TEST_F(DurableFileTest, AMoveOverAFolderIsAFailureAndLeavesBoth)
     const auto move = [&] { DurableFile::moveOver(file(QStringLiteral("new")), file(QStringLiteral("folder"))); };
     EXPECT_EQ(thrownBy<FileError>(move)->code(), EISDIR);
     EXPECT_EQ(names(), QStringList({QStringLiteral("folder"), QStringLiteral("new")}));
+}
+
+TEST_F(DurableFileTest, StreamsShortAndLongRunsOfBytesInTheirOrder)
+{
+    QByteArray expected;
+    DurableFile::writeStreamed(file(QStringLiteral("a")), [&expected](QIODevice &device) {
+        for (int run = 0; run < 300; ++run) {
+            const QByteArray bytes(run % 7 == 0 ? run * 1000 : run, char('a' + run % 26));
+            EXPECT_EQ(device.write(bytes), bytes.size());
+            expected += bytes;
+        }
+    });
+
+    EXPECT_EQ(content(QStringLiteral("a")), expected);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(DurableFileTest, KeepsTheOldFileWhenAStreamedOneIsNotFinished)
+{
+    DurableFile::write(file(QStringLiteral("a")), "old");
+
+    EXPECT_THROW(DurableFile::writeStreamed(file(QStringLiteral("a")),
+                     [](QIODevice &device) {
+                         device.write("new");
+                         throw std::runtime_error("changed its mind");
+                     }),
+        std::runtime_error);
+    const auto failure = thrownBy<FileError>([this] {
+        const ShortFiles full(100'000);
+        DurableFile::writeStreamed(file(QStringLiteral("a")), [](QIODevice &device) {
+            for (int run = 0; run < 50; ++run) {
+                device.write(QByteArray(10'000, 'x')); // its answer is not looked at
+            }
+        });
+    });
+
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->code(), EFBIG);
+    EXPECT_EQ(failure->path(), file(QStringLiteral("a")));
+    EXPECT_EQ(content(QStringLiteral("a")), "old");
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a")});
 }

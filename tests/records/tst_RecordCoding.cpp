@@ -305,6 +305,21 @@ TEST(RecordCoding, HostileLengthsAndDepthsFailWithoutTheMemoryTheyAskFor)
     }
 }
 
+TEST(RecordCoding, TextsAndListsBeyondAllReasonFail)
+{
+    Book book;
+    book.notes = QString(16 * 1024 * 1024, u'x');
+    EXPECT_EQ(decoded<Book>(encoded(book)), book);
+    book.notes += u'x';
+    EXPECT_THROW(decoded<Book>(encoded(book)), RecordCodingError);
+
+    book = Book();
+    book.tags = QStringList(10'000, QStringLiteral("t"));
+    EXPECT_EQ(decoded<Book>(encoded(book)), book);
+    book.tags.append(QString());
+    EXPECT_THROW(decoded<Book>(encoded(book)), RecordCodingError);
+}
+
 TEST(RecordCoding, RecordsStandOneAfterAnotherInAStreamFromADevice)
 {
     QByteArray bytes;
