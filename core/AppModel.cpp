@@ -1,5 +1,6 @@
 #include "core/AppModel.h"
 
+#include "core/LaunchCacheWriter.h"
 #include "core/LibraryIndex.h"
 #include "persistence/LibraryStore.h"
 #include "reliability/QuireBackgroundWorkCoordinator.h"
@@ -16,7 +17,10 @@ AppModel::AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QStr
     , m_audiobookIndex(std::make_shared<const LibraryIndex>())
 {
     if (launchCacheDirectory) {
+        m_launchCache.emplace(*launchCacheDirectory);
+        m_launchCacheWriter = std::make_unique<LaunchCacheWriter>(*m_launchCache);
         m_sessionHealth.emplace(*launchCacheDirectory + QStringLiteral("/Session State.json"));
+        restoreAppearance();
     }
 }
 

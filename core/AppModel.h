@@ -16,6 +16,7 @@
 #include "concurrency/TaskSlot.h"
 #include "core/AppModelDependencies.h"
 #include "core/LibrarySlice.h"
+#include "core/QuireLaunchCache.h"
 #include "core/SettingsEdit.h"
 #include "core/SettingsSnapshot.h"
 #include "records/AppNotice.h"
@@ -46,21 +47,23 @@
 
 namespace quire {
 
+class LaunchCacheWriter;
 class LibraryIndex;
 class LibraryStore;
 class QuireBackgroundWorkCoordinator;
 struct AudibleSyncResult;
 struct FolderQuestion;
 struct GoodreadsSyncResult;
+struct LoadedLibrary;
 
 class AppModel : public QObject
 {
     Q_OBJECT
 
 public:
-    // store: not opened yet. launchCacheDirectory: where this machine's session
-    // record lives, never the possibly shared library folder; absent for a
-    // model without one. Reads nothing.
+    // store: not opened yet. launchCacheDirectory: where this machine's launch
+    // cache and session record live, never the possibly shared library folder;
+    // absent for a model without them. Reads one small file, the look.
     AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QString> &launchCacheDirectory,
         AppModelDependencies dependencies, QObject *parent = nullptr);
     ~AppModel() override;
@@ -276,8 +279,16 @@ private:
     QCoro::Task<bool> beginSession();
     QCoro::Task<> endSession();
     void reportFailedStart(const QString &description);
+    void assignLists(const LoadedLibrary &library);
     void settleTab(const QString &storedWord);
     void refreshSelection();
+
+    // Launch cache.
+    void restoreAppearance();
+    void beginLoadingLaunchCache();
+    QCoro::Task<> showLaunchCache(std::stop_token stop);
+    // databaseLocation: absent when only the look has changed.
+    void saveLaunchCache(const std::optional<QString> &databaseLocation = std::nullopt);
 
     // View state.
     void rebuildFilteredLibraries(bool force, bool includeBoth);
@@ -363,7 +374,10 @@ private:
 
     AppModelDependencies m_dependencies;
     std::shared_ptr<LibraryStore> m_store; // shared with the jobs under way, which outlive the model
-    std::optional<QuireSessionHealth> m_sessionHealth; // absent without a launch cache directory
+    // These three are absent without a launch cache directory.
+    std::optional<QuireLaunchCache> m_launchCache;
+    std::unique_ptr<LaunchCacheWriter> m_launchCacheWriter;
+    std::optional<QuireSessionHealth> m_sessionHealth;
     std::unique_ptr<QuireBackgroundWorkCoordinator> m_workCoordinator;
     std::shared_ptr<const LibraryIndex> m_bookIndex; // keys of m_books, row by row
     std::shared_ptr<const LibraryIndex> m_audiobookIndex;
@@ -373,6 +387,7 @@ private:
     TaskSlot m_automaticBackupTask;
     TaskSlot m_artworkTask;
     TaskSlot m_selectedTabSaveTask;
+    TaskSlot m_launchCacheReadTask;
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search
     bool m_isShuttingDown = false; // what is left of start() ends at its next step

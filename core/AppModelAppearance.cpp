@@ -19,6 +19,7 @@ void AppModel::previewAccentAppearance(
     settings.usesCustomAccentColor = usesCustomAccentColor;
     settings.customAccentColor = customAccentColor;
     assign(m_settings, settings, &AppModel::settingsChanged);
+    saveLaunchCache();
 }
 
 QCoro::Task<> AppModel::saveAccentAppearance(
@@ -39,6 +40,7 @@ QCoro::Task<> AppModel::saveSidebarAppearance(SidebarAppearance appearance)
     SettingsSnapshot settings = m_settings;
     settings.sidebarAppearance = appearance;
     assign(m_settings, settings, &AppModel::settingsChanged);
+    saveLaunchCache();
     return saveAppearance({{QStringLiteral("sidebarAppearance"), rawValue(appearance)}});
 }
 

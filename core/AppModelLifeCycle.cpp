@@ -2,7 +2,7 @@
 
 #include "concurrency/InBackground.h"
 #include "core/AppModelAssign.h"
-#include "core/LibraryIndex.h"
+#include "core/LoadedLibrary.h"
 #include "persistence/AppLog.h"
 #include "persistence/LibraryStore.h"
 #include "records/DateParser.h"
@@ -61,6 +61,7 @@ QCoro::Task<> AppModel::start()
     }
     m_didStart = true;
     const QPointer self(this);
+    beginLoadingLaunchCache();
     try {
         const auto beginning = beginSession();
         const bool recoveringFromCrash = co_await beginning;
@@ -186,19 +187,25 @@ QCoro::Task<> AppModel::reload()
         co_return;
     }
 
-    m_bookIndex = bookIndex;
-    m_books = books;
-    Q_EMIT booksChanged();
-    m_audiobookIndex = audiobookIndex;
-    m_audiobooks = audiobooks;
-    Q_EMIT audiobooksChanged();
-    m_tags = tags;
-    Q_EMIT tagsChanged();
+    assignLists({books, bookIndex, audiobooks, audiobookIndex, tags});
     assign(m_settings, makeSettingsSnapshot(values, location), &AppModel::settingsChanged);
     assign(m_audibleAvailability, audibleAvailability, &AppModel::audibleAvailabilityChanged);
     settleTab(values.value(QStringLiteral("selectedTab")));
     rebuildDerivedState();
+    saveLaunchCache(location);
     refreshSelection();
+}
+
+void AppModel::assignLists(const LoadedLibrary &library)
+{
+    m_bookIndex = library.bookIndex;
+    m_books = library.books;
+    Q_EMIT booksChanged();
+    m_audiobookIndex = library.audiobookIndex;
+    m_audiobooks = library.audiobooks;
+    Q_EMIT audiobooksChanged();
+    m_tags = library.tags;
+    Q_EMIT tagsChanged();
 }
 
 void AppModel::settleTab(const QString &storedWord)
@@ -227,6 +234,7 @@ QCoro::Task<> AppModel::shutdown()
     m_automaticBackupTask.cancel();
     m_artworkTask.cancel();
     m_selectedTabSaveTask.cancel();
+    m_launchCacheReadTask.cancel();
 
     const auto closing = m_store->shutdown();
     co_await closing;

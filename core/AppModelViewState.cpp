@@ -191,6 +191,7 @@ void AppModel::rememberSelectedTab()
     if (!m_hasRestoredSelectedTab) {
         return; // the change came from the restoring itself
     }
+    saveLaunchCache();
     m_selectedTabSaveTask.start(
         [this, tab = m_selectedTab](std::stop_token stop) { return saveSelectedTab(tab, stop); });
 }
