@@ -20,7 +20,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <limits>
 #include <random>
 
@@ -372,8 +371,8 @@ TEST_F(QuireLaunchCacheTest, EndsEarlyWhenNobodyWaits)
 
 namespace {
 
-// A file that begins like a library and goes on with `more`, made in pieces.
-void putHostileLibrary(const QString &name, const std::function<void(QCborStreamWriter &)> &more)
+// A file that begins like a library and goes on with these bytes, again and again.
+void putHostileLibrary(const QString &name, const QByteArray &opening, const QByteArray &more, int times)
 {
     QFile file(name);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -384,51 +383,55 @@ void putHostileLibrary(const QString &name, const std::function<void(QCborStream
     writer.append(QLatin1StringView("databasePath"));
     writer.append(QStringView(path));
     writer.append(QLatin1StringView("books"));
-    more(writer);
+    file.write(opening);
+    for (int time = 0; time < times; ++time) {
+        file.write(more);
+    }
+}
+
+QByteArray encoded(const Book &book)
+{
+    QByteArray bytes;
+    QCborStreamWriter writer(&bytes);
+    encode(writer, book);
+    return bytes;
 }
 
 } // namespace
 
 TEST_F(QuireLaunchCacheTest, RefusesHostileLibrariesInLittleMemory)
 {
-    // Each would take many times its length in memory.
-    const std::vector<std::pair<const char *, std::function<void(QCborStreamWriter &)>>> libraries{
-        {"a tag a byte",
-            [](QCborStreamWriter &writer) {
-                writer.startArray();
-                writer.startMap();
-                writer.append(QLatin1StringView("tags"));
-                writer.startArray();
-                for (int tag = 0; tag < 30'000'000; ++tag) {
-                    writer.append(QLatin1StringView(""));
-                }
-            }},
-        {"a title of nothing",
-            [](QCborStreamWriter &writer) {
-                writer.startArray();
-                for (int title = 0; title < 400'000; ++title) {
-                    encode(writer, Book());
-                }
-            }},
-        {"one endless text",
-            [](QCborStreamWriter &writer) {
-                writer.startArray();
-                writer.startMap();
-                writer.append(QLatin1StringView("title"));
-                writer.append(QStringView(QString(60'000'000, u'x')));
-            }},
-        {"a promise of covers", [](QCborStreamWriter &writer) {
-             writer.startArray(quint64(1) << 60);
-             writer.startMap(quint64(1) << 60);
-             writer.append(QLatin1StringView("coverData"));
-         }}};
-    for (const auto &[name, more] : libraries) {
-        putHostileLibrary(libraryFile(), more);
+    struct Hostile
+    {
+        const char *name;
+        QByteArray opening;
+        QByteArray more;
+        int times;
+    };
+    const QByteArray list("\x9f", 1); // of any length
+    const QByteArray titleWithTags = QByteArray("\xbf\x64tags\x9f", 7);
+    const QByteArray titleWithText = QByteArray("\xbf\x65title\x7b\x00\x00\x00\x00\x08\x00\x00\x00", 16);
+    const QByteArray titleWithCover = QByteArray("\xbf\x69"
+                                                 "coverData\x5b\x7f\xff\xff\xff\xff\xff\xff\xff",
+        20);
+    Book tagged;
+    tagged.tags = QStringList(10'000, QString());
+    // Each would take many times its length in memory, or what it only promises.
+    const std::vector<Hostile> libraries{
+        {"one title, a tag a byte", list + titleWithTags, QByteArray(1'000'000, '\x60'), 50},
+        {"many titles, a tag a byte", list, encoded(tagged), 5'000},
+        {"titles of nothing", list, encoded(Book()), 1'500'000},
+        {"one long text", list + titleWithText, QByteArray(1'000'000, 'x'), 135},
+        {"a promise of titles", QByteArray("\x9b\x7f\xff\xff\xff\xff\xff\xff\xff", 9), QByteArray(), 0},
+        {"a promise of a cover", list + titleWithCover, QByteArray(), 0},
+    };
+    for (const Hostile &library : libraries) {
+        putHostileLibrary(libraryFile(), library.opening, library.more, library.times);
         malloc_trim(0);
         const ResourceUse use;
-        EXPECT_EQ(cache.library(path), std::nullopt) << name;
+        EXPECT_EQ(cache.library(path), std::nullopt) << library.name;
         if (!isInstrumented) {
-            EXPECT_LT(use.peakMegabytes(), 400) << name;
+            EXPECT_LT(use.peakMegabytes(), 400) << library.name;
         }
     }
 }
