@@ -165,6 +165,7 @@ class NoDesktop final : public Desktop
 {
 public:
     QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion /*question*/) override { co_return std::nullopt; }
+    QCoro::Task<int> showAlert(DesktopAlert /*alert*/) override { co_return 0; }
     void open(const QUrl & /*address*/) override { }
 };
 

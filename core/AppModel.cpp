@@ -11,6 +11,7 @@ AppModel::AppModel(std::unique_ptr<LibraryStore> store, const std::optional<QStr
     AppModelDependencies dependencies, QObject *parent)
     : QObject(parent)
     , m_dependencies(std::move(dependencies))
+    , m_updateService(m_dependencies.clock, m_dependencies.endpoints.update, m_dependencies.runningVersion)
     , m_store(std::move(store))
     , m_workCoordinator(std::make_unique<QuireBackgroundWorkCoordinator>())
     , m_bookIndex(std::make_shared<const LibraryIndex>())

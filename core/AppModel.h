@@ -27,6 +27,7 @@
 #include "records/Enumerations.h"
 #include "records/Failure.h"
 #include "records/ManualBookDraft.h"
+#include "records/PublishResult.h"
 #include "records/Statistics.h"
 #include "records/TagCount.h"
 #include "reliability/QuireBackgroundJob.h"
@@ -55,6 +56,7 @@ struct AudibleSyncResult;
 struct FolderQuestion;
 struct GoodreadsSyncResult;
 struct LoadedLibrary;
+struct PublishingSnapshot;
 
 class AppModel : public QObject
 {
@@ -154,8 +156,29 @@ public:
     QCoro::Task<> synchronizeGoodreads(bool automatic);
     QCoro::Task<> synchronizeAudible(bool automatic);
 
-    // One manual sync of every source that is configured. Does nothing while a
-    // job runs.
+    // Writes the reading list of this moment to the folder and the site that are
+    // configured. A manual one tells how it ended; of an automatic one only a
+    // success is shown, and the log has the rest.
+    QCoro::Task<> publishReadingList(bool automatic);
+
+    // What is published of the library as it is loaded now.
+    PublishingSnapshot publishingSnapshot(Instant now) const;
+
+    // Publishes again and again, each time the configured interval after the one
+    // before, the first time after one interval; replaces the schedule that runs,
+    // and is none where automatic publishing is switched off.
+    void scheduleAutomaticPublishing();
+
+    // Asks the update host whether there is a newer version, unless it has
+    // answered within the last day; tells of one, and of nothing else.
+    void checkForUpdatesIfNeeded();
+
+    // Asks it now, instead of a check that is under way. manual: tells as well
+    // that there is none, or why that could not be learnt.
+    void checkForUpdates(bool manual);
+
+    // One manual sync of every source that is configured, then the reading list.
+    // Does nothing while a job runs.
     QCoro::Task<> synchronizeAll();
 
     // Catalogues. ----------------------------------------------------------------
@@ -329,6 +352,15 @@ private:
     void reportGoodreadsSync(const GoodreadsSyncResult &result, bool automatic);
     void reportGoodreadsFailure(const QString &description, bool automatic);
 
+    // Publishing.
+    void reportPublishing(const PublishResult &result, bool automatic);
+    void reportPublishingFailure(const QString &message, bool automatic);
+    QCoro::Task<> publishOnSchedule(std::chrono::minutes interval, std::stop_token stop);
+
+    // Updates.
+    QCoro::Task<> askForUpdate(bool manual, std::stop_token stop);
+    QCoro::Task<> offerUpdate(QuireUpdateManifest manifest);
+
     // Audible.
     static QFuture<AudibleAppAvailability> audibleAvailabilityIn(const QMap<QString, QString> &settings);
     bool canReadAudible() const;
@@ -373,6 +405,7 @@ private:
     std::optional<QString> m_audibleSearchError;
 
     AppModelDependencies m_dependencies;
+    QuireUpdateService m_updateService;
     std::shared_ptr<LibraryStore> m_store; // shared with the jobs under way, which outlive the model
     // These three are absent without a launch cache directory.
     std::optional<QuireLaunchCache> m_launchCache;
@@ -384,9 +417,11 @@ private:
     bool m_didStart = false;
     TaskSlot m_toastTask;
     TaskSlot m_audibleSearchTask;
+    TaskSlot m_automaticPublishingTask;
     TaskSlot m_automaticBackupTask;
     TaskSlot m_artworkTask;
     TaskSlot m_selectedTabSaveTask;
+    TaskSlot m_updateCheckTask;
     TaskSlot m_launchCacheReadTask;
     bool m_hasRestoredSelectedTab = false; // only then is a tab change remembered
     bool m_isChangingLibraryContext = false; // a tab switch is resetting shelf and search

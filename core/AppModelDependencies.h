@@ -3,6 +3,9 @@
 #pragma once
 
 #include "sources/ServiceEndpoints.h"
+#include "updates/QuireUpdateService.h"
+
+#include <QString>
 
 #include <chrono>
 #include <functional>
@@ -24,6 +27,8 @@ struct AppModelDependencies
     Desktop &desktop;
     ServiceEndpoints endpoints;
     std::function<std::chrono::nanoseconds(std::chrono::nanoseconds maximum)> jitter = randomDelay; // of retries
+    QString userDefaultsFile = {}; // absolute; see UserDefaults
+    RunningVersion runningVersion = {};
 };
 
 } // namespace quire

@@ -215,6 +215,11 @@ QCoro::Task<> AppModel::synchronizeAll()
     } else {
         AppLog::write(QStringLiteral("Sync skipped Audible because local library access is unavailable."));
     }
+    const auto publishing = publishReadingList(false);
+    co_await publishing;
+    if (!self) {
+        co_return;
+    }
     assign(m_isSyncingAll, false, &AppModel::isSyncingAllChanged);
 }
 

@@ -85,6 +85,7 @@ QCoro::Task<> AppModel::start()
         co_return;
     }
     assign(m_isReady, true, &AppModel::isReadyChanged);
+    scheduleAutomaticPublishing();
     scheduleAutomaticBackups();
 
     if (m_settings.showBooksSection && m_settings.automaticGoodreadsSync && m_settings.goodreadsRSSKeySet
@@ -231,6 +232,7 @@ QCoro::Task<> AppModel::shutdown()
     m_ending.request_stop();
     m_toastTask.cancel();
     m_audibleSearchTask.cancel();
+    m_automaticPublishingTask.cancel();
     m_automaticBackupTask.cancel();
     m_artworkTask.cancel();
     m_selectedTabSaveTask.cancel();

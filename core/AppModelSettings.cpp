@@ -47,6 +47,7 @@ QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
         co_return false;
     }
     setSelectedTab(visibleTab(m_selectedTab)); // a section may just have been switched off
+    scheduleAutomaticPublishing();
     scheduleAutomaticBackups();
     showToast(
         libraryMoved ? QStringLiteral("Settings saved and Quire library moved") : QStringLiteral("Settings saved"),

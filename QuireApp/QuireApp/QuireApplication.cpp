@@ -39,8 +39,8 @@ constexpr bool importsLegacyBooks = true;
 QuireApplication::QuireApplication()
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
-          AppDirectories::supportDirectory(), AppModelDependencies{m_clock, m_network, m_desktop, m_endpoints})
-    , m_shell(m_model, m_desktop.folderPicker(), m_endpoints.help)
+          AppDirectories::supportDirectory(), dependencies())
+    , m_shell(m_model, m_desktop.alerts(), m_desktop.folderPicker(), m_endpoints.help)
     , m_prewarmer(m_model)
     , m_remoteCovers(m_network)
 {
@@ -86,6 +86,19 @@ QCoro::Task<> QuireApplication::startMainWindow()
     m_appDelegate.setModel(&m_model);
     const auto started = m_model.start();
     co_await started;
+    m_model.checkForUpdatesIfNeeded();
+}
+
+AppModelDependencies QuireApplication::dependencies()
+{
+    return {
+        .clock = m_clock,
+        .network = m_network,
+        .desktop = m_desktop,
+        .endpoints = m_endpoints,
+        .userDefaultsFile = ServiceEndpoints::userSettingsFile(),
+        .runningVersion = {.version = QCoreApplication::applicationVersion(), .build = QStringLiteral(QUIRE_BUILD)},
+    };
 }
 
 void QuireApplication::quit()

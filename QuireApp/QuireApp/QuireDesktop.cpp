@@ -21,6 +21,12 @@ QCoro::Task<std::optional<QString>> QuireDesktop::chooseFolder(FolderQuestion qu
     co_return chosen;
 }
 
+QCoro::Task<int> QuireDesktop::showAlert(DesktopAlert alert)
+{
+    const auto showing = m_alerts.show(std::move(alert));
+    co_return co_await showing;
+}
+
 void QuireDesktop::open(const QUrl &address)
 {
     QDesktopServices::openUrl(address);

@@ -7,6 +7,7 @@
 
 #include "core/Desktop.h"
 #include "QuireApp/QuireApp/FileChooserPortal.h"
+#include "QuireApp/ViewModels/AlertViewModel.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 
 namespace quire {
@@ -15,13 +16,18 @@ class QuireDesktop final : public Desktop
 {
 public:
     QCoro::Task<std::optional<QString>> chooseFolder(FolderQuestion question) override;
+    QCoro::Task<int> showAlert(DesktopAlert alert) override;
     void open(const QUrl &address) override;
+
+    // What is told, for a window to show.
+    AlertViewModel &alerts() { return m_alerts; }
 
     // Quire's own picker, for a window to show.
     FolderPickerViewModel &folderPicker() { return m_folderPicker; }
 
 private:
     FileChooserPortal m_portal;
+    AlertViewModel m_alerts;
     FolderPickerViewModel m_folderPicker;
 };
 

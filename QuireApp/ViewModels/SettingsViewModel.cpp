@@ -18,6 +18,7 @@ SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *pa
 {
     m_tabs.setChoices({{m_selectedTab, QStringLiteral("Libraries"), QString()},
         {QStringLiteral("goodreads"), QStringLiteral("Goodreads"), QString()},
+        {QStringLiteral("publishing"), QStringLiteral("Publishing"), QString()},
         {QStringLiteral("data"), QStringLiteral("Data"), QString()}});
     connect(&m_model, &AppModel::settingsChanged, this, &SettingsViewModel::settingsChanged);
     connect(&m_model, &AppModel::audibleAvailabilityChanged, this, &SettingsViewModel::audibleChanged);
@@ -105,6 +106,26 @@ void SettingsViewModel::setGoodreadsKey(const QString &text)
     enter(&SettingsEdit::goodreadsKey, text);
 }
 
+void SettingsViewModel::setNetlifyToken(const QString &text)
+{
+    enter(&SettingsEdit::netlifyToken, text);
+}
+
+void SettingsViewModel::setLocalPublishPath(const QString &path)
+{
+    enter(&SettingsEdit::localPublishPath, path);
+}
+
+void SettingsViewModel::setPublishInterval(int minutes)
+{
+    enter(&SettingsEdit::publishInterval, minutes);
+}
+
+void SettingsViewModel::setAutomaticPublishing(bool automatic)
+{
+    enter(&SettingsEdit::automaticPublishing, automatic);
+}
+
 void SettingsViewModel::setDatabaseFolderPath(const QString &path)
 {
     enter(&SettingsEdit::databaseFolderPath, path);
@@ -149,6 +170,22 @@ QUrl SettingsViewModel::goodreadsKeyHelp() const
     return help(QStringLiteral("rss-setup"));
 }
 
+QString SettingsViewModel::publishedPage() const
+{
+    return m_model.settings().netlifySiteURL;
+}
+
+QString SettingsViewModel::netlifyTokenPrompt() const
+{
+    return m_model.settings().netlifyTokenSet ? QStringLiteral("Saved; enter a new token to replace it")
+                                              : QStringLiteral("Token for the reading website");
+}
+
+QUrl SettingsViewModel::netlifyHelp() const
+{
+    return help(QStringLiteral("netlify-setup"));
+}
+
 QString SettingsViewModel::lastUpdatedText() const
 {
     return LibraryTexts::lastUpdated(m_model.settings().publishLastRun);
@@ -158,6 +195,11 @@ void SettingsViewModel::load()
 {
     m_edit = SettingsEdit::of(m_model.settings());
     Q_EMIT editChanged();
+}
+
+void SettingsViewModel::chooseLocalPublishFolder()
+{
+    detach(fillFromAnswer(&SettingsEdit::localPublishPath, m_model.chooseLocalPublishFolder(m_edit.localPublishPath)));
 }
 
 void SettingsViewModel::chooseDatabaseFolder()

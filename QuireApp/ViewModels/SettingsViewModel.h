@@ -46,6 +46,14 @@ class SettingsViewModel : public QObject
     Q_PROPERTY(QUrl goodreadsUserIDHelp READ goodreadsUserIDHelp CONSTANT)
     Q_PROPERTY(QUrl goodreadsKeyHelp READ goodreadsKeyHelp CONSTANT)
 
+    Q_PROPERTY(QString publishedPage READ publishedPage NOTIFY settingsChanged)
+    Q_PROPERTY(QString netlifyToken READ netlifyToken WRITE setNetlifyToken NOTIFY editChanged)
+    Q_PROPERTY(QString netlifyTokenPrompt READ netlifyTokenPrompt NOTIFY settingsChanged)
+    Q_PROPERTY(QUrl netlifyHelp READ netlifyHelp CONSTANT)
+    Q_PROPERTY(QString localPublishPath READ localPublishPath WRITE setLocalPublishPath NOTIFY editChanged)
+    Q_PROPERTY(int publishInterval READ publishInterval WRITE setPublishInterval NOTIFY editChanged)
+    Q_PROPERTY(bool automaticPublishing READ automaticPublishing WRITE setAutomaticPublishing NOTIFY editChanged)
+
     Q_PROPERTY(QString databaseFolderPath READ databaseFolderPath WRITE setDatabaseFolderPath NOTIFY editChanged)
     Q_PROPERTY(QString backupPath READ backupPath WRITE setBackupPath NOTIFY editChanged)
     Q_PROPERTY(int backupInterval READ backupInterval WRITE setBackupInterval NOTIFY editChanged)
@@ -85,6 +93,18 @@ public:
     QUrl goodreadsUserIDHelp() const;
     QUrl goodreadsKeyHelp() const;
 
+    QString publishedPage() const; // its address; empty before the first publication
+    QString netlifyToken() const { return m_edit.netlifyToken; }
+    void setNetlifyToken(const QString &text);
+    QString netlifyTokenPrompt() const;
+    QUrl netlifyHelp() const;
+    QString localPublishPath() const { return m_edit.localPublishPath; }
+    void setLocalPublishPath(const QString &path);
+    int publishInterval() const { return int(m_edit.publishInterval); } // minutes
+    void setPublishInterval(int minutes);
+    bool automaticPublishing() const { return m_edit.automaticPublishing; }
+    void setAutomaticPublishing(bool automatic);
+
     QString databaseFolderPath() const { return m_edit.databaseFolderPath; }
     void setDatabaseFolderPath(const QString &path);
     QString backupPath() const { return m_edit.backupPath; }
@@ -107,6 +127,7 @@ public:
 
     // Ask the reader, beginning at the folder in the buffer, which takes the
     // answer.
+    Q_INVOKABLE void chooseLocalPublishFolder();
     Q_INVOKABLE void chooseDatabaseFolder();
     Q_INVOKABLE void chooseBackupFolder();
     // The folders that Quire takes by itself.

@@ -6,9 +6,10 @@
 namespace quire {
 
 ShellViewModel::ShellViewModel(
-    AppModel &model, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent)
+    AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent)
     : QObject(parent)
     , m_model(model)
+    , m_alerts(alerts)
     , m_folderPicker(folderPicker)
     , m_library(model)
     , m_activity(model)
@@ -17,6 +18,11 @@ ShellViewModel::ShellViewModel(
     , m_addBook(model)
     , m_addAudiobook(model)
 {
+}
+
+void ShellViewModel::checkForUpdates()
+{
+    m_model.checkForUpdates(true);
 }
 
 void ShellViewModel::openDataFolder()

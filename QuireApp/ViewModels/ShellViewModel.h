@@ -8,6 +8,7 @@
 #include "QuireApp/ViewModels/ActivityViewModel.h"
 #include "QuireApp/ViewModels/AddAudiobookViewModel.h"
 #include "QuireApp/ViewModels/AddBookViewModel.h"
+#include "QuireApp/ViewModels/AlertViewModel.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
 #include "QuireApp/ViewModels/LibraryViewModel.h"
@@ -31,13 +32,14 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
     Q_PROPERTY(quire::AddBookViewModel *addBook READ addBook CONSTANT)
     Q_PROPERTY(quire::AddAudiobookViewModel *addAudiobook READ addAudiobook CONSTANT)
+    Q_PROPERTY(quire::AlertViewModel *alerts READ alerts CONSTANT)
     Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
 public:
-    // model and folderPicker outlive this. helpHost: scheme and authority of the
-    // help pages.
-    ShellViewModel(
-        AppModel &model, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent = nullptr);
+    // model, alerts and folderPicker outlive this. helpHost: scheme and authority
+    // of the help pages.
+    ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker, const QUrl &helpHost,
+        QObject *parent = nullptr);
 
     LibraryViewModel *library() { return &m_library; }
     ActivityViewModel *activity() { return &m_activity; }
@@ -45,8 +47,10 @@ public:
     SettingsViewModel *settings() { return &m_settings; }
     AddBookViewModel *addBook() { return &m_addBook; }
     AddAudiobookViewModel *addAudiobook() { return &m_addAudiobook; }
+    AlertViewModel *alerts() { return &m_alerts; }
     FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
 
+    Q_INVOKABLE void checkForUpdates(); // at the reader's command
     Q_INVOKABLE void openDataFolder();
     // Into the folder of the settings.
     Q_INVOKABLE void backUpDatabase();
@@ -59,6 +63,7 @@ Q_SIGNALS:
 
 private:
     AppModel &m_model;
+    AlertViewModel &m_alerts;
     FolderPickerViewModel &m_folderPicker;
     LibraryViewModel m_library;
     ActivityViewModel m_activity;

@@ -15,6 +15,11 @@ QuireMenuBar {
         title: "&Quire"
 
         QuireMenuItem {
+            text: "Check for Updates…"
+            onTriggered: bar.shell.checkForUpdates()
+        }
+        QuireMenuSeparator {}
+        QuireMenuItem {
             text: "Open Data Folder"
             onTriggered: bar.shell.openDataFolder()
         }

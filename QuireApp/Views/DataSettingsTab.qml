@@ -29,7 +29,7 @@ SettingsSection {
             onEdited: path => tab.settings.databaseFolderPath = path
             onAccepted: tab.accepted()
             onFolderRequested: tab.settings.chooseDatabaseFolder()
-            onDefaultRequested: tab.settings.useDefaultDatabaseFolder()
+            onResetRequested: tab.settings.useDefaultDatabaseFolder()
         }
     }
     SettingsNote {
@@ -46,7 +46,7 @@ SettingsSection {
             onEdited: path => tab.settings.backupPath = path
             onAccepted: tab.accepted()
             onFolderRequested: tab.settings.chooseBackupFolder()
-            onDefaultRequested: tab.settings.useDefaultBackupFolder()
+            onResetRequested: tab.settings.useDefaultBackupFolder()
         }
     }
     SettingsField {

@@ -1,4 +1,4 @@
-// A folder: typed, chosen, or the one that Quire would take by itself.
+// A folder: typed, chosen, or put back to what it is without the reader.
 
 import QtQuick
 
@@ -9,11 +9,13 @@ Row {
 
     required property string name
     required property string path
+    property string prompt
+    property string resetTitle: "Default"
 
     signal edited(string path)
     signal accepted // Return in the field
     signal folderRequested
-    signal defaultRequested
+    signal resetRequested
 
     readonly property Item field: input
 
@@ -23,7 +25,8 @@ Row {
     QuireTextField {
         id: input
 
-        width: row.width - folderButton.width - defaultButton.width - 2 * row.spacing
+        width: row.width - folderButton.width - resetButton.width - 2 * row.spacing
+        placeholderText: row.prompt
         text: row.path
         Accessible.name: row.name
         onTextEdited: row.edited(text)
@@ -43,11 +46,11 @@ Row {
         onClicked: row.folderRequested()
     }
     BorderedButton {
-        id: defaultButton
+        id: resetButton
 
         anchors.verticalCenter: parent.verticalCenter
-        text: "Default"
+        text: row.resetTitle
         Accessible.description: row.name
-        onClicked: row.defaultRequested()
+        onClicked: row.resetRequested()
     }
 }

@@ -22,7 +22,8 @@ FocusScope {
         view.shownTab.firstField.forceActiveFocus();
     }
 
-    readonly property SettingsSection shownTab: libraries.visible ? libraries : goodreads.visible ? goodreads : data
+    readonly property SettingsSection shownTab: libraries.visible ? libraries : goodreads.visible ? goodreads
+        : publishing.visible ? publishing : data
 
     focus: true
     Keys.onEscapePressed: view.dismissed()
@@ -94,6 +95,15 @@ FocusScope {
 
                 width: scroller.width
                 visible: view.settings.selectedTab === "goodreads"
+                settings: view.settings
+                onLinkActivated: address => view.linkActivated(address)
+                onAccepted: view.settings.save()
+            }
+            PublishingSettingsTab {
+                id: publishing
+
+                width: scroller.width
+                visible: view.settings.selectedTab === "publishing"
                 settings: view.settings
                 onLinkActivated: address => view.linkActivated(address)
                 onAccepted: view.settings.save()

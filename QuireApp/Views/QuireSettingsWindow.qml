@@ -49,4 +49,8 @@ T.ApplicationWindow {
         activity: window.shell.activity
         wanted: window.visible
     }
+    QuestionAlert {
+        alerts: window.shell.alerts
+        wanted: window.visible
+    }
 }

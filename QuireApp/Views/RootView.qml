@@ -106,4 +106,8 @@ FocusScope {
         activity: root.shell.activity
         wanted: root.showsNotice
     }
+    QuestionAlert {
+        alerts: root.shell.alerts
+        wanted: root.showsNotice
+    }
 }

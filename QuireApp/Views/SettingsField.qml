@@ -16,6 +16,8 @@ Item {
         width: 190
         height: Math.min(34, slot.childrenRect.height)
         verticalAlignment: Text.AlignVCenter
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
         elide: Text.ElideRight
         text: field.title
     }

@@ -61,6 +61,7 @@ private:
     ScriptedDesktop m_desktop;
     ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
     QTemporaryDir m_folders;
+    AlertViewModel m_alerts;
     FolderPickerViewModel m_folderPicker;
     QFuture<FolderPickerViewModel::Answer> m_folderAnswer;
     std::unique_ptr<AppModel> m_model;

@@ -41,8 +41,12 @@ void ModelTest::makeModel(bool withSession)
     endpoints.appleBooks = services.origin();
     endpoints.openLibrary = services.origin();
     endpoints.openLibraryCovers = services.origin();
+    endpoints.netlify = netlifyOrigin;
+    endpoints.update = services.origin();
     AppModelDependencies dependencies{clock, network, desktop, endpoints};
     dependencies.jitter = [](std::chrono::nanoseconds maximum) { return maximum; };
+    dependencies.userDefaultsFile = defaultsFile();
+    dependencies.runningVersion = {.version = QStringLiteral("1.2.0"), .build = QStringLiteral("7")};
     model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(clock, library.folder()),
         withSession ? std::optional(library.folder()) : std::nullopt, dependencies);
 }

@@ -60,6 +60,7 @@ protected:
     QStringList logLines();
 
     QStringList titlesShown() const; // of filteredBooks
+    QString defaultsFile() const { return library.file(QStringLiteral("Quire.conf")); }
     QString sessionFile() const { return library.file(QStringLiteral("Session State.json")); }
 
     // Lets everything run that is due now.
@@ -69,6 +70,7 @@ protected:
     testing::ManualClock &clock = library.clock();
     testing::LoopbackServer goodreads;
     testing::LoopbackServer services; // where covers are looked for
+    QUrl netlifyOrigin = services.origin(); // set before makeModel()
     NetworkClient network;
     ScriptedDesktop desktop;
     std::unique_ptr<AppModel> model;

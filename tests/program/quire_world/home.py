@@ -12,6 +12,7 @@ from pathlib import Path
 from typing import Any
 from urllib.parse import unquote
 
+from .netlify import TOKEN
 from .older_library import OldBook, write_credentials, write_older_library
 
 
@@ -93,9 +94,14 @@ class Home:
 
     def connect_goodreads(self, user: str = "81234567", key: str = "feed-key-of-the-tests",
                           automatic: bool = False) -> None:
-        """As if the reader had entered their feed in an earlier run; automatic: it syncs at each start."""
+        """As if the reader had entered their feed, and their token for the reading website, in an earlier run;
+        automatic: it syncs at each start."""
         self.write_settings(goodreadsUserId=user, automaticGoodreadsSync="1" if automatic else "0")
-        write_credentials(self.credentials, {"goodreadsRssKey": key})
+        write_credentials(self.credentials, {"goodreadsRssKey": key, "netlifyToken": TOKEN})
+
+    def connect_site(self) -> None:
+        """As if the reader had entered their token for the reading website, and nothing else."""
+        write_credentials(self.credentials, {"netlifyToken": TOKEN})
 
     def write_settings(self, **settings: str) -> None:
         write_older_library(self.database, settings=settings)

@@ -17,6 +17,7 @@ from urllib.parse import parse_qs, urlsplit
 
 from .catalogues import AudioTitle, CatalogueBook, audible, no_ebooks, open_library
 from .feed import FeedBook, feed
+from .netlify import Netlify
 
 ALL_SHELVES = "#ALL#"
 SERVICES = (
@@ -57,6 +58,7 @@ class Request:
     query: dict[str, str]
     raw: str  # path and query as they came
     headers: dict[str, str]
+    body: bytes
 
 
 class StandIn:
@@ -66,6 +68,8 @@ class StandIn:
         self.books: list[FeedBook] = books or []
         self.catalogue: list[CatalogueBook] = []  # what Open Library knows
         self.audio_titles: list[AudioTitle] = []  # what the audiobook catalogue knows
+        self.netlify = Netlify()
+        self.update = b'{"version":"0.0","build":1,"downloadPage":""}'  # what the update host tells
         self.files: dict[str, Answer] = {}  # answers by path, e.g. covers
         self._shelves: dict[str, Answer] = {}
         self._requests: list[Request] = []
@@ -121,6 +125,13 @@ class StandIn:
     def _answer(self, request: Request) -> Answer:
         if request.path in self.files:
             return self.files[request.path]
+        published = self.netlify.answer(self.address, request.method, request.path, request.headers, request.body)
+        if published:
+            return Answer(published[1], status=published[0], type="application/json; charset=utf-8")
+        if request.path == "/site/index.html":
+            return Answer(self.netlify.page, type="text/html; charset=UTF-8")
+        if request.path == "/quire/version.json":
+            return json_answer(self.update)
         if request.path == "/search.json" and "q" in request.query:
             return json_answer(open_library(self.catalogue, request.query["q"], int(request.query["limit"])))
         if request.path == "/search.json":  # a search for a cover
@@ -141,8 +152,8 @@ class StandIn:
     def _serve(self, handler: BaseHTTPRequestHandler) -> None:
         parts = urlsplit(handler.path)
         query = {key: values[-1] for key, values in parse_qs(parts.query, keep_blank_values=True).items()}
-        request = Request(handler.command, parts.path, query, handler.path, dict(handler.headers))
-        handler.rfile.read(int(handler.headers.get("Content-Length", "0")))
+        body = handler.rfile.read(int(handler.headers.get("Content-Length", "0")))
+        request = Request(handler.command, parts.path, query, handler.path, dict(handler.headers), body)
         self._requests.append(request)
         answer = self._answer(request)
         self._ending.wait(answer.delay)

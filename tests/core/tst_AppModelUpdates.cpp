@@ -1,0 +1,151 @@
+#include "ModelTest.h"
+
+#include "core/UserDefaults.h"
+#include "testing/TestFiles.h"
+
+#include <gmock/gmock.h>
+
+namespace quire {
+
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using testing::eventually;
+using ::testing::IsEmpty;
+using testing::LoopbackReply;
+
+const QStringList ok{QStringLiteral("OK")};
+
+class AppModelUpdates : public ModelTest
+{
+protected:
+    AppModelUpdates()
+    {
+        makeModel();
+        desktop.pressed = 1;
+    }
+
+    // The version that the update host has.
+    void publish(const QByteArray &version)
+    {
+        services.route(u"/quire/version.json",
+            LoopbackReply::ok("{\"version\":\"" + version + R"(","build":7,"downloadPage":")"
+                    + services.url(u"/quire/get").toEncoded() + "\"}",
+                "application/json"));
+    }
+
+    // A check that came to its end: the host was asked once more, and what was to
+    // be told is told.
+    void check(bool manual)
+    {
+        const auto before = requests();
+        model->checkForUpdates(manual);
+        ASSERT_TRUE(eventually([&] { return requests() > before; }));
+        settle();
+    }
+
+    qsizetype requests() const { return services.requests().size(); }
+
+    std::optional<Instant> lastCheck() const { return UserDefaults(defaultsFile()).lastUpdateCheck(); }
+};
+
+} // namespace
+
+TEST_F(AppModelUpdates, ANewerVersionIsToldOfWithTheWordsToGetIt)
+{
+    publish("1.3");
+    for (const bool manual : {false, true}) {
+        desktop.alerts.clear();
+        check(manual);
+        EXPECT_THAT(desktop.alerts,
+            ElementsAre(DesktopAlert{.title = QStringLiteral("Quire 1.3 is available"),
+                .message = QStringLiteral("Open the Quire website to get the newest version."),
+                .buttons = {QStringLiteral("Open Website"), QStringLiteral("Later")}}));
+        EXPECT_THAT(desktop.opened, IsEmpty());
+    }
+}
+
+TEST_F(AppModelUpdates, OnlyTheFirstButtonOpensThePage)
+{
+    publish("1.3");
+    desktop.pressed = 0;
+    check(false);
+    EXPECT_THAT(desktop.opened, ElementsAre(services.url(u"/quire/get")));
+}
+
+TEST_F(AppModelUpdates, ThatThereIsNoneIsToldToAReaderWhoAsked)
+{
+    publish("1.2");
+    check(false);
+    EXPECT_THAT(desktop.alerts, IsEmpty());
+
+    check(true);
+    EXPECT_THAT(desktop.alerts,
+        ElementsAre(DesktopAlert{.title = QStringLiteral("Quire is up to date"),
+            .message = QStringLiteral("You’re using the newest available version of Quire."),
+            .buttons = ok}));
+}
+
+TEST_F(AppModelUpdates, AFailureIsToldToAReaderWhoAskedAndMovesNoDate)
+{
+    services.route(u"/quire/version.json", LoopbackReply::withStatus(500));
+    check(false);
+    EXPECT_THAT(desktop.alerts, IsEmpty());
+
+    check(true);
+    EXPECT_THAT(desktop.alerts,
+        ElementsAre(DesktopAlert{.title = QStringLiteral("Couldn’t check for updates"),
+            .message = QStringLiteral("The update server is unavailable."),
+            .buttons = ok}));
+    EXPECT_EQ(lastCheck(), std::nullopt);
+}
+
+TEST_F(AppModelUpdates, WithinADayOfAnAnswerTheHostIsNotAsked)
+{
+    publish("1.2");
+    for (const bool manual : {false, true}) {
+        check(manual);
+        EXPECT_EQ(lastCheck(), clock.now());
+        const auto asked = requests();
+        clock.advance(24h - 1s);
+        model->checkForUpdatesIfNeeded();
+        settle();
+        EXPECT_EQ(requests(), asked);
+        clock.advance(1s);
+        model->checkForUpdatesIfNeeded();
+        EXPECT_TRUE(eventually([&] { return requests() == asked + 1; }));
+        settle();
+    }
+}
+
+TEST_F(AppModelUpdates, ADateToComeKeepsTheHostFromBeingAsked)
+{
+    publish("1.2");
+    UserDefaults(defaultsFile()).setLastUpdateCheck(clock.now() + 1h);
+    model->checkForUpdatesIfNeeded();
+    settle();
+    EXPECT_EQ(requests(), 0);
+}
+
+TEST_F(AppModelUpdates, WhatIsNoDateCountsAsNone)
+{
+    publish("1.2");
+    testing::putFile(defaultsFile(), "[General]\nquireLastAutomaticUpdateCheck=yesterday\n");
+    model->checkForUpdatesIfNeeded();
+    EXPECT_TRUE(eventually([this] { return requests() == 1; }));
+    settle();
+    EXPECT_EQ(lastCheck(), clock.now());
+}
+
+TEST_F(AppModelUpdates, ASecondCheckTakesTheFirstOnesPlace)
+{
+    services.route(u"/quire/version.json", LoopbackReply::silence());
+    model->checkForUpdates(true);
+    ASSERT_TRUE(eventually([this] { return requests() == 1; }));
+    publish("1.2");
+    check(true);
+    EXPECT_EQ(desktop.alerts.size(), 1);
+}
+
+} // namespace quire
