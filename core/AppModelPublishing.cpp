@@ -99,7 +99,9 @@ void AppModel::reportPublishing(const PublishResult &result, bool automatic)
         return;
     }
     if (result.errors.isEmpty()) {
-        showToast(*done, ToastTimes::success);
+        if (!automatic) {
+            showToast(*done, ToastTimes::success);
+        }
         return;
     }
     const QString reached = result.localSucceeded ? QStringLiteral("The local file was updated.")

@@ -165,7 +165,8 @@ QStringList ModelTest::readLog() const
     }
     QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
     for (QString &line : lines) {
-        line = line.section(QStringLiteral("] "), 1);
+        // The further lines of a message have no date.
+        line = line.startsWith(u'[') ? line.section(QStringLiteral("] "), 1) : line;
     }
     return lines;
 }

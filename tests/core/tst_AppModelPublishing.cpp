@@ -254,8 +254,21 @@ TEST_F(AppModelPublishing, AnAutomaticPartialSuccessIsInTheLogAlone)
     EXPECT_EQ(model->notice(), std::nullopt);
     EXPECT_EQ(model->toastMessage(), std::nullopt);
     EXPECT_THAT(logLines(),
-        ElementsAre(
-            QStringLiteral("Automatic publishing partially succeeded: The local file was updated.\n") + noToken));
+        ElementsAre(QStringLiteral("Automatic publishing partially succeeded: The local file was updated."), noToken));
+}
+
+TEST_F(AppModelPublishing, AnAutomaticSuccessIsToldToNobody)
+{
+    configureFolder();
+    configureSite();
+    startModel();
+
+    publish(true);
+
+    EXPECT_FALSE(list().isEmpty());
+    EXPECT_EQ(model->notice(), std::nullopt);
+    EXPECT_EQ(model->toastMessage(), std::nullopt);
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(AppModelPublishing, AnAutomaticFailureIsInTheLogAlone)

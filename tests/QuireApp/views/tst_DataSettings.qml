@@ -113,7 +113,7 @@ Item {
         function test_theTabsAreReachedWithTheArrowKeys() {
             allNamed("Data")[0].forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Left);
-            compare(fixture.shell.settings.selectedTab, "goodreads");
+            compare(fixture.shell.settings.selectedTab, "publishing");
             keyClick(Qt.Key_Right);
             compare(fixture.shell.settings.selectedTab, "data");
         }
