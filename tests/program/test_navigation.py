@@ -46,6 +46,7 @@ class Navigation(ProgramTestCase):
         self.assertEqual(wanted - reached, set())
 
     def test_command_r_syncs(self):
+        self.services.netlify.pause = 2
         program = self.start()
         program.keys("ctrl+r")
         program.wait_for_text("Synced 0 Goodreads titles", seconds=30)

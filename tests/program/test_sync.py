@@ -12,6 +12,7 @@ class Sync(ProgramTestCase):
         super().setUp()
         self.home.connect_goodreads()
         self.services.books = [SALT_ROAD, NINE_WINTERS]
+        self.services.netlify.pause = 2
 
     def press_sync(self, program):
         program.find("Sync", role="push button").click()
@@ -30,7 +31,7 @@ class Sync(ProgramTestCase):
         program = self.synced()
         self.assertEqual(
             self.services.asked_shelves, [ALL_SHELVES, "currently-reading", "read", "to-read", "did-not-finish"])
-        self.assertIn("shelf=%23ALL%23", self.services.requests[0].raw)
+        self.assertIn("shelf=%23ALL%23", self.services.feed_requests[0].raw)
         self.assertEqual(program.quit(), 0)
         self.assertEqual(
             self.home.query("SELECT title, shelf, user_rating FROM goodreads_books ORDER BY goodreads_id"),
@@ -148,7 +149,8 @@ class Sync(ProgramTestCase):
         self.press_sync(program)
         self.eventually(
             lambda: "Sync skipped Goodreads because credentials are not configured." in self.home.log)
-        self.assertEqual(self.services.requests, [])
+        self.assertEqual(self.services.asked_shelves, [])
+        self.assertFalse(program.has("OK", role="push button"))
 
 
 if __name__ == "__main__":

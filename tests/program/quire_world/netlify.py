@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import hashlib
 import json
+import time
 
 TOKEN = "token-of-the-tests"
 _SITE = "site-of-the-tests"
@@ -15,6 +16,7 @@ class Netlify:
     def __init__(self) -> None:
         self.page = b""  # what the site's readers are served
         self.broken = False  # the service is down
+        self.pause = 0.0  # seconds before it tells of a site, so that what is said before a publication can be seen
         self._has_site = False
         self._files: dict[str, bytes] = {}
         self._wanted = ""
@@ -29,6 +31,8 @@ class Netlify:
         if headers.get("Authorization") != f"Bearer {TOKEN}":
             return 401, b'{"message":"Access Denied"}'
         parts = path.split("/")[3:]
+        if parts[0] == "sites" and len(parts) < 3:
+            time.sleep(self.pause)
         if parts == ["sites"] and method == "POST":
             self._has_site = True
             return 201, self._site(address)

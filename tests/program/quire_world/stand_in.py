@@ -106,9 +106,13 @@ class StandIn:
         return list(self._requests)
 
     @property
+    def feed_requests(self) -> list[Request]:
+        return [request for request in self.requests if request.path.startswith("/review/list_rss/")]
+
+    @property
     def asked_shelves(self) -> list[str]:
         """The shelves of the feed requests so far, in order."""
-        return [request.query.get("shelf", "") for request in self.requests if request.path.startswith("/review/list_rss/")]
+        return [request.query.get("shelf", "") for request in self.feed_requests]
 
     # What it answers. ------------------------------------------------------------
 
