@@ -6,6 +6,7 @@
 #include <QCborStreamReader>
 #include <QCborStreamWriter>
 #include <QCborValue>
+#include <QIODevice>
 
 namespace quire::LaunchCacheCoding {
 
@@ -114,6 +115,9 @@ public:
         readList(snapshot.tags);
         if (!m_reader.leaveContainer()) {
             fail(QStringLiteral("the data end early"));
+        }
+        if (m_reader.currentOffset() != m_reader.device()->size()) {
+            fail(QStringLiteral("something follows the data"));
         }
         return snapshot;
     }

@@ -273,6 +273,16 @@ TEST_F(QuireLaunchCacheTest, RefusesEveryCutOfALibrary)
     EXPECT_EQ(libraryOf(whole), small);
 }
 
+TEST_F(QuireLaunchCacheTest, RefusesALibraryWithSomethingAfterIt)
+{
+    cache.save(preferences(), snapshot());
+    const QByteArray whole = bytesOf(libraryFile());
+
+    EXPECT_EQ(libraryOf(whole), snapshot());
+    EXPECT_EQ(libraryOf(whole + ' '), std::nullopt);
+    EXPECT_EQ(libraryOf(whole + whole), std::nullopt);
+}
+
 TEST_F(QuireLaunchCacheTest, RefusesALibraryThatLacksAList)
 {
     for (const auto *key : {u"schemaVersion", u"databasePath", u"books", u"audiobooks", u"tags"}) {
