@@ -1,0 +1,2 @@
+SQL
+SELECT 1

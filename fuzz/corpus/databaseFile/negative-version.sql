@@ -1,0 +1,2 @@
+SQL
+PRAGMA user_version = -1

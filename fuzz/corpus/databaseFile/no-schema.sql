@@ -1,0 +1,3 @@
+SQL
+PRAGMA writable_schema = ON
+DELETE FROM sqlite_schema

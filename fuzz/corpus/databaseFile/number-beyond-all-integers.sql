@@ -1,0 +1,2 @@
+SQL
+UPDATE goodreads_books SET num_pages = 1e300

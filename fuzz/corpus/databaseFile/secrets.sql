@@ -1,0 +1,2 @@
+SQL
+INSERT OR REPLACE INTO settings VALUES ('netlifyToken', 'an old token'), ('goodreadsRssKey', x'00')

@@ -1,0 +1,2 @@
+SQL
+DELETE FROM library_metadata

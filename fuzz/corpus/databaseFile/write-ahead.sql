@@ -1,0 +1,3 @@
+SQL
+PRAGMA journal_mode = WAL
+UPDATE goodreads_books SET title = 'Changed'
