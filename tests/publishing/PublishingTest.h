@@ -34,6 +34,13 @@ protected:
         m_hand.start(0);
     }
 
+    // A publication that did not end is stopped: what it uses goes with the fixture.
+    ~PublishingTest() override
+    {
+        stop.request_stop();
+        EXPECT_TRUE(eventually([this] { return m_underWay == 0; })) << "a publication goes on after its stop";
+    }
+
     void set(const char *key, const QString &value) { await(library.store().setSetting(QLatin1String(key), value)); }
     std::optional<QString> setting(const char *key) { return await(library.store().setting(QLatin1String(key))); }
 
@@ -49,8 +56,8 @@ protected:
     {
         ServiceEndpoints endpoints = ServiceEndpoints::standard();
         endpoints.netlify = netlify.origin();
-        return PublishingService::publish(
-            snapshot, library.store(), network, endpoints, library.clock(), stop.get_token());
+        return counted(PublishingService::publish(
+            snapshot, library.store(), network, endpoints, library.clock(), stop.get_token()));
     }
     PublishResult publish() { return await(start()); }
 
@@ -76,7 +83,16 @@ protected:
     bool movesTime = true;
 
 private:
+    QCoro::Task<PublishResult> counted(QCoro::Task<PublishResult> publication)
+    {
+        ++m_underWay;
+        const auto result = co_await publication;
+        --m_underWay;
+        co_return result;
+    }
+
     QTimer m_hand;
+    int m_underWay = 0;
 };
 
 } // namespace quire::testing

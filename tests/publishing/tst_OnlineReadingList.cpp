@@ -224,6 +224,16 @@ TEST_F(OnlineReadingListTest, AnOwnDomainIsWhereThePageIsLookedFor)
     EXPECT_EQ(netlify.calls().last(), "GET /pages/list/index.html");
 }
 
+TEST_F(OnlineReadingListTest, ThePageOfASiteThatFillsItsHostIsLookedForAtItsRoot)
+{
+    for (const QString &end : {QString(), QStringLiteral("/"), QStringLiteral("//"), QStringLiteral("?view=all")}) {
+        netlify.siteMembers.insert(QStringLiteral("custom_domain"), netlify.origin().toString() + end);
+        failure();
+        EXPECT_EQ(netlify.calls().last(), "GET /index.html") << qUtf8Printable(end);
+    }
+    EXPECT_EQ(netlify.requests().last().queryValue(QStringLiteral("view")), QStringLiteral("all"));
+}
+
 TEST_F(OnlineReadingListTest, ADomainThatIsNoneIsAFailureWhateverStandsBesideIt)
 {
     netlify.siteMembers.insert(QStringLiteral("custom_domain"), QStringLiteral("not a domain"));

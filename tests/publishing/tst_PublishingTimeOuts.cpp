@@ -3,6 +3,7 @@
 
 #include "NetlifyStandIn.h"
 
+#include "concurrency/Detach.h"
 #include "persistence/AppDirectories.h"
 #include "publishing/NetlifyAPI.h"
 #include "publishing/PublishingService.h"
@@ -12,6 +13,7 @@
 #include "testing/TestFiles.h"
 #include "testing/TestLibrary.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -50,21 +52,45 @@ public:
         }
     }
 
+    // One that did not end in its time is stopped: what it uses goes with this.
+    ~Publication()
+    {
+        m_stop.request_stop();
+        EXPECT_TRUE(eventually([this] { return !m_isUnderWay; })) << "a publication goes on after its stop";
+    }
+    Publication(const Publication &) = delete;
+    Publication &operator=(const Publication &) = delete;
+
     void start()
+    {
+        m_isUnderWay = true;
+        detach(run());
+    }
+
+    // Nothing when it has not ended by then.
+    std::optional<PublishResult> result(const QDeadlineTimer &deadline)
+    {
+        eventually([this] { return !m_isUnderWay; }, std::chrono::milliseconds(deadline.remainingTime()));
+        return m_result;
+    }
+
+private:
+    QCoro::Task<> run()
     {
         ServiceEndpoints endpoints = ServiceEndpoints::standard();
         endpoints.netlify = m_netlify.origin();
-        m_task.emplace(PublishingService::publish(
-            {}, m_library.store(), m_network, endpoints, m_library.clock(), std::stop_token()));
+        const auto publishing = PublishingService::publish(
+            {}, m_library.store(), m_network, endpoints, m_library.clock(), m_stop.get_token());
+        m_result = co_await publishing;
+        m_isUnderWay = false;
     }
 
-    PublishResult result() { return await(std::move(*m_task), std::chrono::minutes(2)); }
-
-private:
     TestLibrary m_library;
     NetlifyStandIn m_netlify;
     NetworkClient m_network;
-    std::optional<QCoro::Task<PublishResult>> m_task;
+    std::stop_source m_stop;
+    bool m_isUnderWay = false;
+    std::optional<PublishResult> m_result;
 };
 
 } // namespace
@@ -89,10 +115,12 @@ TEST(PublishingTimeOuts, EndEachCallThatIsNotAnsweredInItsTime)
     for (const auto &publication : publications) {
         publication->start();
     }
+    const QDeadlineTimer deadline(2min);
     for (const auto &publication : publications) {
-        const PublishResult result = publication->result();
-        EXPECT_FALSE(result.onlineSucceeded);
-        EXPECT_THAT(result.errors, ElementsAre(QStringLiteral("Online: The request timed out.")));
+        const auto result = publication->result(deadline);
+        ASSERT_TRUE(result) << "it waits for ever";
+        EXPECT_FALSE(result->onlineSucceeded);
+        EXPECT_THAT(result->errors, ElementsAre(QStringLiteral("Online: The request timed out.")));
     }
     EXPECT_GE(time.elapsed(), std::chrono::milliseconds(NetlifyAPI::requestTimeout).count());
 }
