@@ -83,6 +83,7 @@ SettingsSection {
             width: 100
             placeholderText: "Minutes"
             value: tab.settings.publishInterval
+            to: 10080 // a week
             onEdited: minutes => tab.settings.publishInterval = minutes
             onAccepted: tab.accepted()
         }

@@ -69,6 +69,26 @@ void ViewsFixture::showNotice(const QString &title, const QString &message)
     m_model->setNotice(AppNotice::error(title, message));
 }
 
+void ViewsFixture::ask(const QString &title, const QString &message, const QStringList &buttons)
+{
+    m_pressed.append(m_alerts.show({.title = title, .message = message, .buttons = buttons}));
+}
+
+QVariantList ViewsFixture::pressed() const
+{
+    QVariantList places;
+    for (const QFuture<int> &answer : m_pressed) {
+        places.append(answer.isFinished() ? answer.result() : -1);
+    }
+    return places;
+}
+
+void ViewsFixture::store(const QString &key, const QString &value)
+{
+    m_library.execute("INSERT OR REPLACE INTO settings (key, value) VALUES (?, ?)", {key, value});
+    await(m_model->reload());
+}
+
 QString ViewsFixture::selectedTitle() const
 {
     return m_model->selectedBook() ? m_model->selectedBook()->title : QString();

@@ -18,6 +18,7 @@
 #include <QFuture>
 #include <QObject>
 #include <QTemporaryDir>
+#include <QVariantList>
 
 #include <memory>
 
@@ -28,6 +29,7 @@ class ViewsFixture : public QObject
     Q_OBJECT
     Q_PROPERTY(quire::ShellViewModel *shell READ shell CONSTANT)
     Q_PROPERTY(QString folder READ folder CONSTANT) // with the folders "first" and "second"
+    Q_PROPERTY(QVariantList pressed READ pressed) // places of buttons, -1 while an alert stands
     Q_PROPERTY(QString folderAnswer READ folderAnswer) // of the last question, empty for none
 
 public:
@@ -40,7 +42,14 @@ public:
     Q_INVOKABLE void showToast(const QString &text);
     Q_INVOKABLE void showNotice(const QString &title, const QString &message);
     Q_INVOKABLE bool hasNotice() const { return m_model->notice().has_value(); }
+    // Over the windows, as an update check would; each answer joins `pressed`.
+    Q_INVOKABLE void ask(const QString &title, const QString &message, const QStringList &buttons);
+    QVariantList pressed() const;
     Q_INVOKABLE QString selectedTitle() const;
+    // As a publication notes it, or an earlier run did.
+    Q_INVOKABLE void store(const QString &key, const QString &value);
+    // What the reader will choose in the desktop's picker.
+    Q_INVOKABLE void chooseNext(const QString &chosen) { m_desktop.answer = chosen; }
     QString folder() const { return m_folders.path(); }
     QString folderAnswer() const;
     // Opens the picker at `folder`.
@@ -62,6 +71,7 @@ private:
     ServiceEndpoints m_endpoints = ServiceEndpoints::standard();
     QTemporaryDir m_folders;
     AlertViewModel m_alerts;
+    QList<QFuture<int>> m_pressed;
     FolderPickerViewModel m_folderPicker;
     QFuture<FolderPickerViewModel::Answer> m_folderAnswer;
     std::unique_ptr<AppModel> m_model;

@@ -57,6 +57,50 @@ TEST_F(SettingsViewModelTest, WhatIsEnteredReachesTheLibraryOnlyThroughSave)
     EXPECT_TRUE(model->settings().goodreadsRSSKeySet);
 }
 
+TEST_F(SettingsViewModelTest, AStoredTokenIsNotShownAndSavingKeepsIt)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.load();
+    EXPECT_EQ(settings.netlifyTokenPrompt(), QStringLiteral("Token for the reading website"));
+    const QSignalSpy saved(&settings, &SettingsViewModel::saved);
+    settings.setNetlifyToken(QStringLiteral("  a-token\n"));
+    settings.save();
+    EXPECT_TRUE(eventually([&] { return saved.size() == 1; }));
+
+    settings.load(); // as opening again
+    EXPECT_EQ(settings.netlifyToken(), QString());
+    EXPECT_EQ(settings.netlifyTokenPrompt(), QStringLiteral("Saved; enter a new token to replace it"));
+    settings.setNetlifyToken(QStringLiteral("  "));
+    settings.save();
+    EXPECT_TRUE(eventually([&] { return saved.size() == 2; }));
+    EXPECT_TRUE(model->settings().netlifyTokenSet);
+}
+
+TEST_F(SettingsViewModelTest, WhatIsPublishedAndHowOftenIsStoredAsItIsTyped)
+{
+    startModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.load();
+    EXPECT_EQ(settings.publishedPage(), QString());
+    EXPECT_EQ(settings.publishInterval(), 15);
+    EXPECT_FALSE(settings.automaticPublishing());
+    desktop.answer = library.file(QStringLiteral("lists"));
+    settings.chooseLocalPublishFolder();
+    EXPECT_TRUE(eventually([&] { return settings.localPublishPath() == desktop.answer; }));
+    EXPECT_EQ(stored(QStringLiteral("localPublishPath")), std::nullopt);
+
+    settings.setLocalPublishPath(QStringLiteral("~/Lists"));
+    settings.setPublishInterval(10080);
+    settings.setAutomaticPublishing(true);
+    const QSignalSpy saved(&settings, &SettingsViewModel::saved);
+    settings.save();
+    EXPECT_TRUE(eventually([&] { return saved.size() == 1; }));
+    EXPECT_EQ(stored(QStringLiteral("localPublishPath")), QStringLiteral("~/Lists"));
+    EXPECT_EQ(stored(QStringLiteral("publishIntervalMinutes")), QStringLiteral("10080"));
+    EXPECT_EQ(stored(QStringLiteral("automaticPublishing")), QStringLiteral("1"));
+}
+
 TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
 {
     startModel();
@@ -180,6 +224,7 @@ TEST_F(SettingsViewModelTest, TheLinksLeadToTheHelpHost)
     EXPECT_EQ(
         settings.goodreadsUserIDHelp().toString(), QStringLiteral("https://help.test/quire/help.html#goodreads-setup"));
     EXPECT_EQ(settings.goodreadsKeyHelp().toString(), QStringLiteral("https://help.test/quire/help.html#rss-setup"));
+    EXPECT_EQ(settings.netlifyHelp().toString(), QStringLiteral("https://help.test/quire/help.html#netlify-setup"));
 }
 
 } // namespace

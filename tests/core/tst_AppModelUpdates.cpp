@@ -3,6 +3,8 @@
 #include "core/UserDefaults.h"
 #include "testing/TestFiles.h"
 
+#include <QDir>
+
 #include <gmock/gmock.h>
 
 namespace quire {
@@ -128,14 +130,99 @@ TEST_F(AppModelUpdates, ADateToComeKeepsTheHostFromBeingAsked)
     EXPECT_EQ(requests(), 0);
 }
 
-TEST_F(AppModelUpdates, WhatIsNoDateCountsAsNone)
+TEST_F(AppModelUpdates, WhatIsNoInstantCountsAsNone)
 {
     publish("1.2");
-    testing::putFile(defaultsFile(), "[General]\nquireLastAutomaticUpdateCheck=yesterday\n");
+    for (const QByteArray value : {"yesterday", "", "\"\"", "9999", "4102444800", "true", "@Invalid()", "9999-12-31",
+             "\"Fri, 31 Dec 2049 10:00:00 +0000\"", "2049-12-31T10:00:00.000Z, 2049-12-31T10:00:00.000Z",
+             "2049-13-31T10:00:00.000Z", "\"2049-12-31T10:00:00.000Z and more\"", "@DateTime(\\0)"}) {
+        SCOPED_TRACE(value.constData());
+        testing::putFile(defaultsFile(), "[General]\nquireLastAutomaticUpdateCheck=" + value + "\n");
+        EXPECT_EQ(lastCheck(), std::nullopt);
+        const auto before = requests();
+        model->checkForUpdatesIfNeeded();
+        EXPECT_TRUE(eventually([&] { return requests() == before + 1; }));
+        settle();
+        EXPECT_EQ(lastCheck(), clock.now());
+    }
+}
+
+TEST_F(AppModelUpdates, AnInstantIsWhatWasStored)
+{
+    const Instant times[] = {clock.now(), clock.now() + 7ms, distantPast,
+        std::chrono::sys_days(std::chrono::year(9999) / 12 / 31) + 23h + 59min};
+    for (const Instant time : times) {
+        UserDefaults(defaultsFile()).setLastUpdateCheck(time);
+        EXPECT_EQ(lastCheck(), time);
+    }
+}
+
+TEST_F(AppModelUpdates, AnInstantLongAgoDoesNotKeepTheHostFromBeingAsked)
+{
+    publish("1.2");
+    UserDefaults(defaultsFile()).setLastUpdateCheck(distantPast);
     model->checkForUpdatesIfNeeded();
     EXPECT_TRUE(eventually([this] { return requests() == 1; }));
     settle();
+}
+
+TEST_F(AppModelUpdates, ADateThatCannotBeStoredIsNoFailure)
+{
+    publish("1.2");
+    ASSERT_TRUE(QDir().mkpath(defaultsFile())); // a folder in its place
+    check(true);
+    EXPECT_EQ(desktop.alerts.size(), 1);
+    EXPECT_EQ(desktop.alerts[0].title, QStringLiteral("Quire is up to date"));
+    EXPECT_EQ(lastCheck(), std::nullopt);
+}
+
+TEST_F(AppModelUpdates, WhatStandsBesideTheDateStays)
+{
+    publish("1.2");
+    testing::putFile(defaultsFile(), "[General]\nother=7\n\n[endpoints]\nnetlify=http://127.0.0.1:1\n");
+    check(true);
+    const QByteArray bytes = testing::bytesOf(defaultsFile());
+    EXPECT_TRUE(bytes.contains("other=7")) << bytes.constData();
+    EXPECT_TRUE(bytes.contains("netlify=http://127.0.0.1:1")) << bytes.constData();
     EXPECT_EQ(lastCheck(), clock.now());
+}
+
+TEST_F(AppModelUpdates, AnAutomaticCheckThatIsReplacedByAManualOneSaysNothingOfItself)
+{
+    services.route(u"/quire/version.json", LoopbackReply::silence());
+    model->checkForUpdates(false);
+    ASSERT_TRUE(eventually([this] { return requests() == 1; }));
+    services.route(u"/quire/version.json", LoopbackReply::withStatus(500));
+    check(true);
+    EXPECT_EQ(desktop.alerts.size(), 1);
+    EXPECT_EQ(lastCheck(), std::nullopt);
+}
+
+TEST_F(AppModelUpdates, TheEndOfTheProgramDoesNotEndACheck)
+{
+    startModel();
+    services.route(u"/quire/version.json", LoopbackReply::silence());
+    const auto before = requests();
+    model->checkForUpdates(true);
+    ASSERT_TRUE(eventually([&] { return requests() > before; }));
+    testing::await(model->shutdown());
+    settle();
+    EXPECT_THAT(desktop.alerts, IsEmpty());
+
+    clock.advance(15s); // its own
+    ASSERT_TRUE(eventually([this] { return !desktop.alerts.isEmpty(); }));
+    EXPECT_EQ(desktop.alerts[0].message, QStringLiteral("The request timed out."));
+}
+
+TEST_F(AppModelUpdates, TheModelMayDieInTheMiddleOfACheck)
+{
+    services.route(u"/quire/version.json", LoopbackReply::silence());
+    model->checkForUpdates(true);
+    ASSERT_TRUE(eventually([this] { return requests() == 1; }));
+    model.reset();
+    settle();
+    EXPECT_THAT(desktop.alerts, IsEmpty());
+    EXPECT_EQ(lastCheck(), std::nullopt);
 }
 
 TEST_F(AppModelUpdates, ASecondCheckTakesTheFirstOnesPlace)
