@@ -20,7 +20,10 @@ UserDefaults::UserDefaults(QString file)
 std::optional<Instant> UserDefaults::lastUpdateCheck() const
 {
     const QSettings settings(m_file, QSettings::IniFormat);
-    return DateParser::date(settings.value(lastUpdateCheckKey).toString());
+    const QString text = settings.value(lastUpdateCheckKey).toString();
+    // A date in another form was not put there by setLastUpdateCheck().
+    const auto instant = DateParser::date(text);
+    return instant && DateParser::iso8601(*instant) == text ? instant : std::nullopt;
 }
 
 void UserDefaults::setLastUpdateCheck(Instant instant) const
