@@ -157,8 +157,8 @@ public:
     QCoro::Task<> synchronizeAudible(bool automatic);
 
     // Writes the reading list of this moment to the folder and the site that are
-    // configured. A manual one tells how it ended; of an automatic one only a
-    // success is shown, and the log has the rest.
+    // configured. A manual one tells how it ended; an automatic one shows nothing,
+    // not even in passing, and the log has what went wrong.
     QCoro::Task<> publishReadingList(bool automatic);
 
     // What is published of the library as it is loaded now.

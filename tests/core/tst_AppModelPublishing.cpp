@@ -60,6 +60,20 @@ protected:
         return AppNotice::error(QStringLiteral("Reading List Update Failed"), message);
     }
 
+    // Of a publication that has begun and finds its page on the way at first.
+    void endOnePoll()
+    {
+        EXPECT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+        clock.advance(1500ms);
+        EXPECT_TRUE(testing::eventually([this] { return !model->isWorking(); }));
+    }
+
+    // Sleeps under way that are no longer than this and no polls.
+    std::size_t sleepersOf(std::chrono::nanoseconds longest) const
+    {
+        return clock.sleepers(longest + 1ns) - clock.sleepers(2s);
+    }
+
     QByteArray list() const
     {
         QFile list(file());
@@ -342,6 +356,134 @@ TEST_F(AppModelPublishing, NothingIsPublishedAfterTheEnd)
     settle();
 
     EXPECT_THAT(history(), IsEmpty());
+}
+
+// While a publication waits for its page ---------------------------------------------------
+
+TEST_F(AppModelPublishing, AShutdownEndsAPublicationThatWaitsForItsPageAndTellsNothing)
+{
+    for (const bool automatic : {false, true}) {
+        SCOPED_TRACE(automatic);
+        configureFolder();
+        configureSite();
+        netlify.states = {QStringLiteral("building")};
+        startModel();
+        logLines();
+        auto publishing = model->publishReadingList(automatic);
+        ASSERT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+
+        await(model->shutdown());
+        await(std::move(publishing)); // at once: nobody moves the clock
+
+        EXPECT_EQ(model->notice(), std::nullopt);
+        EXPECT_EQ(model->toastMessage(), std::nullopt);
+        EXPECT_THAT(logLines(), IsEmpty());
+        EXPECT_FALSE(model->isWorking());
+        EXPECT_EQ(stored(QStringLiteral("onlineLastPublish")), std::nullopt);
+        EXPECT_FALSE(list().isEmpty());
+    }
+}
+
+TEST_F(AppModelPublishing, AShutdownEndsTheSchedulesPublicationToo)
+{
+    configureSite();
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("1"));
+    netlify.states = {QStringLiteral("building")};
+    startModel();
+    clock.advance(15min);
+    ASSERT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+
+    await(model->shutdown());
+    ASSERT_TRUE(testing::eventually([this] { return !model->isWorking(); }));
+
+    const auto asked = netlify.calls().size();
+    clock.advance(24h);
+    settle();
+    EXPECT_EQ(netlify.calls().size(), asked);
+    EXPECT_EQ(model->notice(), std::nullopt);
+}
+
+TEST_F(AppModelPublishing, SavedSettingsBeginTheIntervalAnewAndLetWhatRunsEnd)
+{
+    configureSite();
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("1"));
+    netlify.states = {QStringLiteral("building"), QStringLiteral("ready")};
+    startModel();
+    clock.advance(15min);
+    ASSERT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+    setStored(QStringLiteral("publishIntervalMinutes"), QStringLiteral("2"));
+    await(model->reload());
+    model->scheduleAutomaticPublishing();
+
+    clock.advance(1500ms);
+    ASSERT_TRUE(testing::eventually([this] { return !model->isWorking(); }));
+    EXPECT_THAT(
+        history(), ElementsAre(QStringLiteral("publishing running 1"), QStringLiteral("publishing succeeded 1")));
+    settle();
+    EXPECT_EQ(sleepersOf(15min), 1U); // the former schedule does not sleep once more
+
+    clock.advance(2min - 1500ms - 1ms);
+    settle();
+    EXPECT_EQ(history().size(), 2);
+    clock.advance(1ms);
+    endOnePoll();
+    EXPECT_EQ(history().size(), 4);
+}
+
+TEST_F(AppModelPublishing, SwitchingItOffWhileOneRunsEndsTheSchedule)
+{
+    configureSite();
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("1"));
+    netlify.states = {QStringLiteral("building"), QStringLiteral("ready")};
+    startModel();
+    clock.advance(15min);
+    ASSERT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("0"));
+    await(model->reload());
+    model->scheduleAutomaticPublishing();
+
+    clock.advance(1500ms);
+    ASSERT_TRUE(testing::eventually([this] { return !model->isWorking(); }));
+    clock.advance(23h);
+    settle();
+
+    EXPECT_THAT(
+        history(), ElementsAre(QStringLiteral("publishing running 1"), QStringLiteral("publishing succeeded 1")));
+}
+
+TEST_F(AppModelPublishing, TheIntervalRunsFromTheEndOfAPublication)
+{
+    configureSite();
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("1"));
+    setStored(QStringLiteral("publishIntervalMinutes"), QStringLiteral("1"));
+    netlify.states = {QStringLiteral("building"), QStringLiteral("ready")};
+    startModel();
+    clock.advance(1min);
+    ASSERT_TRUE(testing::eventually([this] { return clock.sleepers(2s) == 1; }));
+    clock.advance(50s); // a long one
+    ASSERT_TRUE(testing::eventually([this] { return !model->isWorking(); }));
+    settle();
+
+    clock.advance(1min - 1ms);
+    settle();
+    EXPECT_EQ(history().size(), 2);
+    clock.advance(1ms);
+    endOnePoll();
+    EXPECT_EQ(history().size(), 4);
+}
+
+TEST_F(AppModelPublishing, AFailedPublicationLeavesTheScheduleRunning)
+{
+    setStored(QStringLiteral("automaticPublishing"), QStringLiteral("1"));
+    setStored(QStringLiteral("publishIntervalMinutes"), QStringLiteral("1"));
+    startModel();
+    for (int run = 1; run <= 3; ++run) {
+        clock.advance(1min);
+        ASSERT_TRUE(testing::eventually([this, run] { return history().size() == 2 * run; })) << run;
+        settle();
+    }
+    EXPECT_EQ(history().last(), QStringLiteral("publishing failed 1"));
+    EXPECT_EQ(model->notice(), std::nullopt);
 }
 
 // With everything else ----------------------------------------------------------------------
