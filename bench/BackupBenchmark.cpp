@@ -6,6 +6,7 @@
 // And what the reader feels of it: the longest time between two turns of the
 // interface thread's event loop while a backup runs behind it.
 
+#include "bench/LongestGap.h"
 #include "concurrency/SystemClock.h"
 #include "core/AppModel.h"
 #include "core/Desktop.h"
@@ -143,21 +144,6 @@ void commandLine(benchmark::State &state)
         run(QStringLiteral("sqlite3"), {copy, QStringLiteral("PRAGMA integrity_check")});
         run(QStringLiteral("sha256sum"), {copy});
     });
-}
-
-// Turns the event loop until `isDone`; the longest that one turn was away.
-template<typename Condition>
-std::chrono::duration<double, std::milli> longestGap(Condition isDone)
-{
-    Steady::duration longest{0};
-    auto last = Steady::now();
-    while (!isDone()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-        const auto now = Steady::now();
-        longest = std::max(longest, now - last);
-        last = now;
-    }
-    return longest;
 }
 
 // Asks nobody and opens nothing.

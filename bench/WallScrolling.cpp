@@ -4,22 +4,14 @@
 //
 // usage: quire_wall [covers]
 
-#include "bench/DrawnCovers.h"
 #include "bench/FrameTimes.h"
-#include "concurrency/SystemClock.h"
+#include "bench/OwnHome.h"
 #include "images/CoverDecoder.h"
 #include "images/PictureMemory.h"
 #include "images/StandInFonts.h"
-#include "persistence/AppDirectories.h"
-#include "persistence/database/SQLiteDatabase.h"
-#include "persistence/database/SQLiteStatement.h"
-#include "persistence/database/Transaction.h"
-#include "persistence/LibraryStore.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickStyle>
@@ -52,51 +44,8 @@ namespace quire {
 
 namespace {
 
-constexpr int distinctCovers = 100;
 constexpr double longGap = 50; // milliseconds
 constexpr std::chrono::milliseconds betweenFlicks{100};
-
-// Nothing of the reader's is read or written, and nobody outside is asked.
-void moveInto(const QString &home)
-{
-    for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"}) {
-        qputenv(variable, QFile::encodeName(home));
-    }
-    QDir(home).mkpath(QStringLiteral("Quire"));
-    QFile file(home + QStringLiteral("/Quire/Quire.conf"));
-    file.open(QIODevice::WriteOnly);
-    file.write("[endpoints]\n");
-    for (const char *service : {"goodreads", "audibleAPI", "audibleWeb", "openLibrary", "openLibraryCovers",
-             "appleBooks", "netlify", "update", "help"}) {
-        file.write(QByteArray(service) + "=http://127.0.0.1:9\n");
-    }
-}
-
-void fillLibrary(int covers)
-{
-    const SystemClock clock;
-    LibraryStore store(clock, AppDirectories::supportDirectory());
-    store.prepare(false).waitForFinished();
-    SQLiteDatabase database(AppDirectories::supportDirectory() + QStringLiteral("/quire.db"));
-    QList<QByteArray> pictures;
-    for (int number = 0; number < distinctCovers; ++number) {
-        pictures.append(encoded(drawnCover(number, number % 4 == 0 ? QSize(500, 500) : QSize(600, 900)), "jpeg"));
-    }
-    inTransaction(database, [&] {
-        SQLiteStatement row(database,
-            "INSERT INTO audible_books (asin, title, status, cover_data, cover_data_source)"
-            " VALUES (?, ?, 'read', ?, 'https://covers.example/1.jpg')");
-        for (int number = 0; number < covers; ++number) {
-            const QString name = QStringLiteral("Title %1").arg(number, 5, 10, QLatin1Char('0'));
-            row.run({name, name, pictures.at(number % distinctCovers)});
-        }
-        for (const char *key : {"automaticGoodreadsSync", "automaticAudibleSync"}) {
-            database.execute("INSERT OR REPLACE INTO settings VALUES (?, '0')", {QString::fromLatin1(key)});
-        }
-        database.execute("INSERT OR REPLACE INTO settings VALUES ('selectedTab', 'audio')");
-    });
-    store.shutdown().waitForFinished();
-}
 
 void spin(std::chrono::milliseconds time)
 {
@@ -205,7 +154,7 @@ int main(int argc, char *argv[])
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     quire::StandInFonts::installAll();
-    quire::fillLibrary(covers);
+    quire::fillLibrary({.audiobooks = covers, .selectedTab = QStringLiteral("audio")});
 
     int status = EXIT_FAILURE;
     quire::QuireApplication quire;

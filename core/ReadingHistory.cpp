@@ -8,6 +8,7 @@ ReadingHistory::ReadingHistory(const QList<Book> &books, Instant now)
     : m_books(books)
     , m_year(CalendarYear::of(now))
 {
+    m_readBooks.reserve(std::size_t(m_books.size()));
     for (const Book &book : m_books) {
         if (book.isHidden) {
             continue;
@@ -24,6 +25,7 @@ ReadingHistory::ReadingHistory(const QList<Book> &books, const LibraryIndex &ind
     : m_books(books)
     , m_year(CalendarYear::of(now))
 {
+    m_readBooks.reserve(std::size_t(m_books.size()));
     Q_ASSERT(index.size() == books.size());
     for (qsizetype row = 0; row < m_books.size(); ++row) {
         if (index.isShown(row, LibraryShelf::Read)) {

@@ -4,6 +4,7 @@
 #include "persistence/AppLog.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 #include "QuireApp/QuireApp/TerminationSignals.h"
+#include "QuireApp/Theme/InterfaceFonts.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -27,6 +28,7 @@ int main(int argc, char *argv[])
     QQuickStyle::setStyle(QStringLiteral("Basic")); // ours is drawn on the templates
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering); // crisper at 10 to 14 pixels
     quire::StandInFonts::installAll();
+    quire::InterfaceFonts::readAhead();
     quire::setDetachReporter([](const QString &description) { quire::AppLog::write(description); });
 
     quire::QuireApplication quire;

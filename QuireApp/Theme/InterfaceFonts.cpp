@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QThreadPool>
 
 #include <cmath>
 #include <utility>
@@ -37,6 +38,12 @@ QFont QuireFontModifier::font(InterfaceFontChoice choice) const
 }
 
 namespace InterfaceFonts {
+
+void readAhead()
+{
+    QThreadPool::globalInstance()->start(
+        [] { QFontMetricsF(QFont(family(InterfaceFontChoice::AvenirNext))).capHeight(); });
+}
 
 QString family(InterfaceFontChoice choice)
 {

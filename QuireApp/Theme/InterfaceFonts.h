@@ -22,6 +22,10 @@ struct QuireFontModifier
 
 namespace InterfaceFonts {
 
+// Has the desktop's list of fonts read, which the first text would wait for, while
+// the views are loaded. The application object exists.
+void readAhead();
+
 // The family asked for. For every choice but System that is its label.
 QString family(InterfaceFontChoice choice);
 

@@ -30,9 +30,14 @@ ActivityViewModel::ActivityViewModel(AppModel &model, QObject *parent)
     connect(&m_model, &AppModel::noticeChanged, this, &ActivityViewModel::noticeChanged);
 }
 
-bool ActivityViewModel::isWorking() const
+bool ActivityViewModel::isReady() const
 {
-    return m_model.isWorking();
+    return m_model.isReady();
+}
+
+bool ActivityViewModel::canWork() const
+{
+    return m_model.isReady() && !m_model.isWorking();
 }
 
 bool ActivityViewModel::isSyncingAll() const

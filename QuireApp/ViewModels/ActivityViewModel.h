@@ -19,7 +19,10 @@ class ActivityViewModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("Handed to the views by the shell")
 
-    Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
+    // The library is open. Until then the window may show what it held yesterday,
+    // and offers nothing that would need it.
+    Q_PROPERTY(bool isReady READ isReady NOTIFY workChanged)
+    Q_PROPERTY(bool canWork READ canWork NOTIFY workChanged) // it is open, and no job runs
     Q_PROPERTY(bool isSyncingAll READ isSyncingAll NOTIFY workChanged)
     Q_PROPERTY(QString activityLabel READ activityLabel NOTIFY workChanged)
     // Jobs with a button in the sidebar show their progress there instead.
@@ -37,7 +40,8 @@ public:
     // model outlives this.
     explicit ActivityViewModel(AppModel &model, QObject *parent = nullptr);
 
-    bool isWorking() const;
+    bool isReady() const;
+    bool canWork() const;
     bool isSyncingAll() const;
     QString activityLabel() const;
     bool showsOverlay() const;

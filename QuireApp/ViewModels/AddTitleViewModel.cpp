@@ -10,14 +10,15 @@ AddTitleViewModel::AddTitleViewModel(AppModel &model, const QString &searchTitle
     : QObject(parent)
     , m_model(model)
 {
+    connect(&m_model, &AppModel::isReadyChanged, this, &AddTitleViewModel::workChanged);
     connect(&m_model, &AppModel::isWorkingChanged, this, &AddTitleViewModel::workChanged);
     m_modes.setChoices({{QStringLiteral("search"), searchTitle, QString()},
         {QStringLiteral("manual"), QStringLiteral("Enter Manually"), QString()}});
 }
 
-bool AddTitleViewModel::isWorking() const
+bool AddTitleViewModel::canWork() const
 {
-    return m_model.isWorking();
+    return m_model.isReady() && !m_model.isWorking();
 }
 
 void AddTitleViewModel::beginAnew()

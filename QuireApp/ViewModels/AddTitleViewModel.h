@@ -25,12 +25,12 @@ class AddTitleViewModel : public QObject
     Q_PROPERTY(quire::CatalogListModel *results READ results CONSTANT)
     Q_PROPERTY(quire::ChoiceListModel *modes READ modes CONSTANT) // "search" and "manual"
     Q_PROPERTY(bool entersManually MEMBER m_entersManually NOTIFY entersManuallyChanged)
-    Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged) // a job runs; nothing can be added
+    Q_PROPERTY(bool canWork READ canWork NOTIFY workChanged) // the library is open, and no job runs
 
 public:
     CatalogListModel *results() { return &m_results; }
     ChoiceListModel *modes() { return &m_modes; }
-    bool isWorking() const;
+    bool canWork() const;
 
 Q_SIGNALS:
     void entersManuallyChanged();

@@ -29,6 +29,7 @@ LibraryViewModel::LibraryViewModel(AppModel &model, QObject *parent)
     : QObject(parent)
     , m_model(model)
 {
+    connect(&m_model, &AppModel::isReadyChanged, this, &LibraryViewModel::isReadyChanged);
     connect(&m_model, &AppModel::settingsChanged, this, &LibraryViewModel::updateTabs);
     connect(&m_model, &AppModel::selectedTabChanged, this, [this] {
         updateShelves();
@@ -165,6 +166,11 @@ qint64 LibraryViewModel::shownCount() const
 QString LibraryViewModel::countText() const
 {
     return LibraryTexts::titleCount(shownCount());
+}
+
+bool LibraryViewModel::isReady() const
+{
+    return m_model.isReady();
 }
 
 bool LibraryViewModel::isEmpty() const

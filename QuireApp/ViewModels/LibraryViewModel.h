@@ -24,6 +24,9 @@ class LibraryViewModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("Handed to the views by the shell")
 
+    // The library is open: what changes it can be offered.
+    Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged)
+
     // Choices; selections are their words.
     Q_PROPERTY(quire::ChoiceListModel *sidebarTabs READ sidebarTabs CONSTANT)
     Q_PROPERTY(quire::ChoiceListModel *menuTabs READ menuTabs CONSTANT)
@@ -93,6 +96,7 @@ public:
     LibraryListModel *books() { return &m_books; }
     LibraryListModel *audiobooks() { return &m_audiobooks; }
     bool isEmpty() const;
+    bool isReady() const;
     QString emptyLabel() const;
     QString emptySymbol() const;
 
@@ -124,6 +128,7 @@ Q_SIGNALS:
     void selectedSortChanged();
     void searchTextChanged();
     void headingChanged();
+    void isReadyChanged();
     void pageChanged();
     void catalogChanged();
 

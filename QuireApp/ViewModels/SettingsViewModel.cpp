@@ -20,8 +20,16 @@ SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *pa
         {QStringLiteral("goodreads"), QStringLiteral("Goodreads"), QString()},
         {QStringLiteral("publishing"), QStringLiteral("Publishing"), QString()},
         {QStringLiteral("data"), QStringLiteral("Data"), QString()}});
+    // What a window shows that was opened before are no settings of the library.
+    connect(&m_model, &AppModel::isReadyChanged, this, &SettingsViewModel::load);
+    connect(&m_model, &AppModel::isReadyChanged, this, &SettingsViewModel::isReadyChanged);
     connect(&m_model, &AppModel::settingsChanged, this, &SettingsViewModel::settingsChanged);
     connect(&m_model, &AppModel::audibleAvailabilityChanged, this, &SettingsViewModel::audibleChanged);
+}
+
+bool SettingsViewModel::isReady() const
+{
+    return m_model.isReady();
 }
 
 void SettingsViewModel::selectTab(const QString &word)
@@ -259,7 +267,7 @@ void SettingsViewModel::openBackups()
 
 void SettingsViewModel::save()
 {
-    if (!m_isSaving) {
+    if (m_model.isReady() && !m_isSaving) {
         detach(saveEdit(m_edit));
     }
 }

@@ -28,6 +28,9 @@ class SettingsViewModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("Handed to the views by the shell")
 
+    // The library is open: only then is there something to store them in.
+    Q_PROPERTY(bool isReady READ isReady NOTIFY isReadyChanged)
+
     Q_PROPERTY(quire::ChoiceListModel *tabs READ tabs CONSTANT)
     Q_PROPERTY(QString selectedTab READ selectedTab WRITE selectTab NOTIFY selectedTabChanged)
 
@@ -68,6 +71,7 @@ public:
     // model outlives this. helpHost: scheme and authority of the help pages.
     SettingsViewModel(AppModel &model, QUrl helpHost, QObject *parent = nullptr);
 
+    bool isReady() const;
     ChoiceListModel *tabs() { return &m_tabs; }
     QString selectedTab() const { return m_selectedTab; }
     void selectTab(const QString &word);
@@ -138,10 +142,12 @@ public:
     // Shows the backup folder as it stands in its buffer.
     Q_INVOKABLE void openBackups();
 
-    // Stores the buffers; saved() follows, or a notice of the model.
+    // Stores the buffers; saved() follows, or a notice of the model. Nothing before
+    // the library is open: they hold no settings of its own yet.
     Q_INVOKABLE void save();
 
 Q_SIGNALS:
+    void isReadyChanged();
     void selectedTabChanged();
     void editChanged();
     void settingsChanged();

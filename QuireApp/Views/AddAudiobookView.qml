@@ -90,7 +90,7 @@ FocusScope {
                 required property int index
 
                 width: ListView.view.width
-                canAdd: !view.draft.isWorking
+                canAdd: view.draft.canWork
                 onChosen: status => view.draft.addResult(index, status)
             }
         }
@@ -209,7 +209,7 @@ FocusScope {
 
                 prominent: true
                 text: "Add Audiobook"
-                enabled: view.draft.canAdd && !view.draft.isWorking
+                enabled: view.draft.canAdd && view.draft.canWork
                 onClicked: actions.accept()
             }
         }

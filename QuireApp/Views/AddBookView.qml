@@ -90,7 +90,7 @@ FocusScope {
                 required property int index
 
                 width: ListView.view.width
-                canAdd: !view.draft.isWorking
+                canAdd: view.draft.canWork
                 onChosen: shelf => view.draft.addResult(index, shelf)
             }
         }
@@ -227,7 +227,7 @@ FocusScope {
 
                 prominent: true
                 text: "Add Book"
-                enabled: view.draft.canAdd && !view.draft.isWorking
+                enabled: view.draft.canAdd && view.draft.canWork
                 onClicked: actions.accept()
             }
         }

@@ -47,6 +47,7 @@ QuireMenuBar {
         QuireMenuItem {
             text: "Back Up Quire Database…"
             shortcutText: "Ctrl+Shift+B"
+            enabled: bar.shell.activity.isReady
             onTriggered: bar.shell.backUpDatabase()
         }
     }
@@ -93,7 +94,7 @@ QuireMenuBar {
         QuireMenuItem {
             text: "Sync"
             shortcutText: "Ctrl+R"
-            enabled: !bar.shell.activity.isWorking
+            enabled: bar.shell.activity.canWork
             onTriggered: bar.shell.activity.synchronizeAll()
         }
     }
@@ -111,12 +112,13 @@ QuireMenuBar {
     Shortcut {
         sequence: "Ctrl+Shift+B"
         context: Qt.ApplicationShortcut
+        enabled: bar.shell.activity.isReady
         onActivated: bar.shell.backUpDatabase()
     }
     Shortcut {
         sequence: "Ctrl+R"
         context: Qt.ApplicationShortcut
-        enabled: !bar.shell.activity.isWorking
+        enabled: bar.shell.activity.canWork
         onActivated: bar.shell.activity.synchronizeAll()
     }
 }

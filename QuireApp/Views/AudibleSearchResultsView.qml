@@ -11,7 +11,7 @@ Column {
     id: view
 
     required property LibraryViewModel library
-    required property bool canAdd // no job runs
+    required property bool canAdd // the library is open, and no job runs
 
     topPadding: view.library.isEmpty ? 0 : 24
     bottomPadding: 16

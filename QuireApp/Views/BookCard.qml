@@ -1,5 +1,7 @@
 // A book. Its menu takes it out of the library's sight, and back.
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 import Quire
@@ -8,30 +10,43 @@ LibraryCard {
     id: card
 
     required property bool isHidden
+    required property bool canHide
 
     signal hideRequested(bool hidden)
 
     spineMode: CoverPicture.AlwaysSpine
 
-    Keys.onMenuPressed: menu.popup(card, 0, card.height)
+    Keys.onMenuPressed: card.openMenu(0, card.height)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
-            menu.popup(card, 0, card.height);
+            card.openMenu(0, card.height);
             event.accepted = true;
         }
     }
 
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: menu.popup()
+        onTapped: point => card.openMenu(point.position.x, point.position.y)
     }
-    QuireMenu {
+    // Most cards are never asked for theirs.
+    property QuireMenu openedMenu: null
+
+    function openMenu(x, y) {
+        if (!card.openedMenu)
+            card.openedMenu = menu.createObject(card);
+        card.openedMenu.popup(card, x, y);
+    }
+
+    Component {
         id: menu
 
-        QuireMenuItem {
-            text: card.isHidden ? "Restore to Library" : "Hide from Library"
-            symbol: card.isHidden ? "eye" : "eye.slash"
-            onTriggered: card.hideRequested(!card.isHidden)
+        QuireMenu {
+            QuireMenuItem {
+                text: card.isHidden ? "Restore to Library" : "Hide from Library"
+                symbol: card.isHidden ? "eye" : "eye.slash"
+                enabled: card.canHide
+                onTriggered: card.hideRequested(!card.isHidden)
+            }
         }
     }
 }

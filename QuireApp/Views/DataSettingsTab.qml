@@ -6,7 +6,7 @@ SettingsSection {
     id: tab
 
     required property SettingsViewModel settings
-    required property bool isWorking
+    required property bool canWork
 
     signal accepted // Return in a field
     signal dataFolderRequested
@@ -99,12 +99,13 @@ SettingsSection {
 
         BorderedButton {
             text: "Back Up Database"
+            enabled: tab.settings.isReady
             busy: tab.settings.isBackingUp
             onClicked: tab.settings.backUpDatabase()
         }
         BorderedButton {
             text: "Refresh Audio Covers"
-            enabled: !tab.isWorking
+            enabled: tab.canWork
             onClicked: tab.settings.refreshAudiobookCovers()
         }
         BorderedButton {

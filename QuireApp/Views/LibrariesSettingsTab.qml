@@ -6,7 +6,7 @@ SettingsSection {
     id: tab
 
     required property SettingsViewModel settings
-    required property bool isWorking
+    required property bool canWork
 
     signal syncRequested
 
@@ -96,12 +96,13 @@ SettingsSection {
 
         BorderedButton {
             text: "Grant Access"
+            enabled: tab.settings.isReady
             onClicked: tab.settings.grantAudibleLibraryAccess()
         }
         BorderedButton {
             symbol: "arrow.triangle.2.circlepath"
             text: "Sync"
-            enabled: !tab.isWorking
+            enabled: tab.canWork
             onClicked: tab.syncRequested()
         }
     }

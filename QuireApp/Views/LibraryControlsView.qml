@@ -48,6 +48,7 @@ Item {
         symbol: "plus"
         text: controls.addText
         toolTipText: controls.addToolTip
+        enabled: controls.library.isReady
         onClicked: controls.addRequested()
     }
     MenuChoice {

@@ -13,7 +13,7 @@ FocusScope {
     id: view
 
     required property LibraryViewModel library
-    required property bool canAdd // no job runs
+    required property bool canAdd // the library is open, and no job runs
 
     signal bookPageChanged
     signal addBookRequested
@@ -51,6 +51,7 @@ FocusScope {
             activeFocusOnTab: GridView.isCurrentItem || activeFocus
             onVisualFocusChanged: if (bookCard.visualFocus) books.makeCurrent(bookCard.index)
             onClicked: view.library.openBook(bookCard.rowId)
+            canHide: view.library.isReady
             onHideRequested: hidden => view.library.setBookHidden(bookCard.rowId, hidden)
             Keys.onPressed: event => books.handleKey(event, bookCard.index)
         }

@@ -8,7 +8,7 @@ FocusScope {
     id: view
 
     required property LibraryViewModel library
-    required property bool canAdd // no job runs
+    required property bool canAdd // the library is open, and no job runs
 
     signal addBookRequested
     signal addAudiobookRequested

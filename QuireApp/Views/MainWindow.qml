@@ -1,6 +1,8 @@
 // The program's one main window: the menu bar over the root view. Closing it
 // is the application delegate's business.
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 
@@ -10,9 +12,12 @@ T.ApplicationWindow {
     id: window
 
     required property ShellViewModel shell
+    property QuireSettingsWindow settings: null // made when it is first asked for
 
     function openSettings() {
-        settingsWindow.present();
+        if (!window.settings)
+            window.settings = settingsWindow.createObject(window);
+        window.settings.present();
     }
 
     objectName: "main"
@@ -31,14 +36,16 @@ T.ApplicationWindow {
     RootView {
         anchors.fill: parent
         shell: window.shell
-        showsNotice: !settingsWindow.visible
+        showsNotice: !window.settings || !window.settings.visible
         onSettingsRequested: window.openSettings()
     }
 
-    QuireSettingsWindow {
+    Component {
         id: settingsWindow
 
-        shell: window.shell
-        transientParent: window
+        QuireSettingsWindow {
+            shell: window.shell
+            transientParent: window
+        }
     }
 }

@@ -10,7 +10,7 @@ FocusScope {
     id: view
 
     required property SettingsViewModel settings
-    required property bool isWorking
+    required property bool canWork // the library is open, and no job runs
 
     signal dismissed
     signal linkActivated(url address)
@@ -87,7 +87,7 @@ FocusScope {
                 width: scroller.width
                 visible: view.settings.selectedTab === "libraries"
                 settings: view.settings
-                isWorking: view.isWorking
+                canWork: view.canWork
                 onSyncRequested: view.syncRequested()
             }
             GoodreadsSettingsTab {
@@ -114,7 +114,7 @@ FocusScope {
                 width: scroller.width
                 visible: view.settings.selectedTab === "data"
                 settings: view.settings
-                isWorking: view.isWorking
+                canWork: view.canWork
                 onAccepted: view.settings.save()
                 onDataFolderRequested: view.dataFolderRequested()
                 onLogsRequested: view.logsRequested()
@@ -154,6 +154,7 @@ FocusScope {
                 }
                 ProminentButton {
                     text: "Save"
+                    enabled: view.settings.isReady
                     busy: view.settings.isSaving
                     onClicked: view.settings.save()
                 }

@@ -33,7 +33,7 @@ T.ApplicationWindow {
 
         anchors.fill: parent
         settings: window.shell.settings
-        isWorking: window.shell.activity.isWorking
+        canWork: window.shell.activity.canWork
         onSyncRequested: window.shell.activity.synchronizeAll()
         onDismissed: window.close()
         onLinkActivated: url => window.shell.linkRequested(url)

@@ -125,7 +125,7 @@ FocusScope {
             title: "Sync"
             systemImage: "arrow.triangle.2.circlepath"
             spinning: sidebar.activity.isSyncingAll
-            enabled: !sidebar.activity.isWorking
+            enabled: sidebar.activity.canWork
             onClicked: sidebar.activity.synchronizeAll()
         }
         SidebarUtilityButton {

@@ -15,9 +15,21 @@ FocusScope {
     property bool showsAddBook: false
     property bool showsAddAudiobook: false
 
+    // The window has shown its first frame, with the sidebar in it.
+    property bool isOnScreen: false
+
     signal settingsRequested
 
     focus: true
+
+    Connections {
+        target: root.Window.window
+        enabled: !root.isOnScreen
+
+        function onFrameSwapped() {
+            root.isOnScreen = true;
+        }
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -45,46 +57,72 @@ FocusScope {
         anchors.bottom: parent.bottom
         clip: true
 
-        ReadingInsightsView {
+        // The section that is shown is made behind the first frame, and the other
+        // one behind it.
+        OnDemand {
+            id: insights
+
             anchors.fill: parent
+            isUnhurried: true
+            wanted: root.isOnScreen && (visible || library.made !== null)
             visible: root.shell.library.showsInsights
-            insights: root.shell.insights
-            onBookChosen: id => root.shell.library.openBook(id)
+            content: ReadingInsightsView {
+                anchors.fill: parent
+                insights: root.shell.insights
+                onBookChosen: id => root.shell.library.openBook(id)
+            }
         }
-        LibraryView {
+        OnDemand {
+            id: library
+
             anchors.fill: parent
+            isUnhurried: true
+            wanted: root.isOnScreen && (visible || insights.made !== null)
             visible: !root.shell.library.showsInsights
-            library: root.shell.library
-            canAdd: !root.shell.activity.isWorking
-            onAddBookRequested: root.showsAddBook = true
-            onAddAudiobookRequested: root.showsAddAudiobook = true
+            content: LibraryView {
+                anchors.fill: parent
+                library: root.shell.library
+                canAdd: root.shell.activity.canWork
+                onAddBookRequested: root.showsAddBook = true
+                onAddAudiobookRequested: root.showsAddAudiobook = true
+            }
         }
     }
 
-    DetailModalOverlay {
-        title: "Add Book"
-        visible: root.showsAddBook
-        onAboutToShow: root.shell.addBook.reset()
-        onClosed: {
-            root.showsAddBook = false;
-            visible = Qt.binding(() => root.showsAddBook);
-        }
-        panel: AddBookView {
-            draft: root.shell.addBook
-            onClosed: root.showsAddBook = false
+    OnDemand {
+        wanted: root.showsAddBook
+        content: DetailModalOverlay {
+            id: addBook
+
+            title: "Add Book"
+            visible: root.showsAddBook
+            onAboutToShow: root.shell.addBook.reset()
+            onClosed: {
+                root.showsAddBook = false;
+                addBook.visible = Qt.binding(() => root.showsAddBook);
+            }
+            panel: AddBookView {
+                draft: root.shell.addBook
+                onClosed: root.showsAddBook = false
+            }
         }
     }
-    DetailModalOverlay {
-        title: "Add Audiobook"
-        visible: root.showsAddAudiobook
-        onAboutToShow: root.shell.addAudiobook.reset()
-        onClosed: {
-            root.showsAddAudiobook = false;
-            visible = Qt.binding(() => root.showsAddAudiobook);
-        }
-        panel: AddAudiobookView {
-            draft: root.shell.addAudiobook
-            onClosed: root.showsAddAudiobook = false
+    OnDemand {
+        wanted: root.showsAddAudiobook
+        content: DetailModalOverlay {
+            id: addAudiobook
+
+            title: "Add Audiobook"
+            visible: root.showsAddAudiobook
+            onAboutToShow: root.shell.addAudiobook.reset()
+            onClosed: {
+                root.showsAddAudiobook = false;
+                addAudiobook.visible = Qt.binding(() => root.showsAddAudiobook);
+            }
+            panel: AddAudiobookView {
+                draft: root.shell.addAudiobook
+                onClosed: root.showsAddAudiobook = false
+            }
         }
     }
 
@@ -102,12 +140,18 @@ FocusScope {
         label: root.shell.activity.activityLabel
     }
 
-    NoticeAlert {
-        activity: root.shell.activity
-        wanted: root.showsNotice
+    OnDemand {
+        wanted: root.shell.activity.hasNotice
+        content: NoticeAlert {
+            activity: root.shell.activity
+            wanted: root.showsNotice
+        }
     }
-    QuestionAlert {
-        alerts: root.shell.alerts
-        wanted: root.showsNotice
+    OnDemand {
+        wanted: root.shell.alerts.isOpen
+        content: QuestionAlert {
+            alerts: root.shell.alerts
+            wanted: root.showsNotice
+        }
     }
 }

@@ -23,12 +23,26 @@ TEST_F(ActivityViewModelTest, TheOverlayStaysAwayWhileAJobHasAButtonOfItsOwn)
 
     const auto syncing = model->synchronizeGoodreads(false);
 
-    EXPECT_TRUE(activity.isWorking());
+    EXPECT_TRUE(model->isWorking());
+    EXPECT_FALSE(activity.canWork());
     EXPECT_EQ(activity.activityLabel(), QStringLiteral("Syncing Goodreads…"));
     EXPECT_FALSE(activity.showsOverlay());
-    EXPECT_TRUE(eventually([&] { return !activity.isWorking(); }));
+    EXPECT_TRUE(eventually([&] { return activity.canWork(); }));
     EXPECT_FALSE(activity.showsOverlay());
     EXPECT_EQ(activity.toast(), QStringLiteral("Synced 1 Goodreads titles"));
+}
+
+TEST_F(ActivityViewModelTest, NothingIsOfferedThatNeedsTheLibraryBeforeItIsOpen)
+{
+    makeModel();
+    const ActivityViewModel activity(*model);
+    EXPECT_FALSE(activity.isReady());
+    EXPECT_FALSE(activity.canWork());
+
+    testing::await(model->start());
+
+    EXPECT_TRUE(activity.isReady());
+    EXPECT_TRUE(eventually([&] { return activity.canWork(); }));
 }
 
 TEST_F(ActivityViewModelTest, ANoticeIsReplacedByTheNextAndGoesWhenDismissed)

@@ -111,7 +111,7 @@ TEST_F(AddBookViewModelTest, AResultThatIsAddedClosesThePanel)
     ASSERT_TRUE(searchEnds());
     const QSignalSpy added(panel.get(), &AddBookViewModel::added);
     panel->addResult(0, QStringLiteral("to-read"));
-    EXPECT_TRUE(panel->isWorking());
+    EXPECT_FALSE(panel->canWork());
     EXPECT_TRUE(eventually([&] { return added.size() == 1; }));
     EXPECT_EQ(model->books().first().goodreadsID, QStringLiteral("openlibrary:OL1W"));
 

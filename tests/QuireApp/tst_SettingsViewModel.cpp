@@ -217,6 +217,24 @@ TEST_F(SettingsViewModelTest, TheRhythmOfBackupsIsStored)
     EXPECT_EQ(stored(QStringLiteral("maximumBackupFiles")), QStringLiteral("7"));
 }
 
+TEST_F(SettingsViewModelTest, AWindowThatWasOpenBeforeTheLibraryTakesItsSettingsAndHasStoredNothing)
+{
+    setStored(QStringLiteral("goodreadsUserId"), QStringLiteral("12345"));
+    makeModel();
+    SettingsViewModel settings(*model, helpHost);
+    settings.load();
+    settings.save();
+    settle();
+    EXPECT_FALSE(settings.isReady());
+    EXPECT_FALSE(settings.isSaving());
+
+    testing::await(model->start());
+
+    EXPECT_TRUE(settings.isReady());
+    EXPECT_EQ(settings.goodreadsUserID(), QStringLiteral("12345"));
+    EXPECT_EQ(stored(QStringLiteral("goodreadsUserId")), QStringLiteral("12345"));
+}
+
 TEST_F(SettingsViewModelTest, TheLinksLeadToTheHelpHost)
 {
     makeModel();

@@ -165,6 +165,38 @@ TEST_F(AppModelLaunchCache, TheTitlesOfAnotherLibraryAreNeverShown)
     rival->release();
 }
 
+TEST_F(AppModelLaunchCache, TheLibraryIsKnownByItsPathHoweverThatIsWritten)
+{
+    const QString roundabout
+        = library.folder() + QStringLiteral("/../") + QDir(library.folder()).dirName() + QStringLiteral("//./");
+    QuireLibraryLocation::save(roundabout, QuireLibraryLocation::recordURL());
+    saveCache(library.databasePath(), 1);
+    takeLibrary();
+    makeModel(true);
+
+    await(model->start());
+
+    EXPECT_TRUE(eventually([this] { return model->books().size() == 1; }));
+    rival->release();
+}
+
+TEST_F(AppModelLaunchCache, ALibraryThatCannotBeReadIsPassedOverInSilence)
+{
+    putFile(libraryFile(), "garbage");
+    takeLibrary();
+    makeModel(true);
+
+    await(model->start());
+    settleAll();
+
+    EXPECT_TRUE(model->books().isEmpty());
+    EXPECT_EQ(model->notice()->title, QStringLiteral("Quire Could Not Open"));
+    const auto lines = logLines();
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines.first().startsWith(QStringLiteral("Startup failed: ")));
+    rival->release();
+}
+
 TEST_F(AppModelLaunchCache, AStartThatIsEndedShowsNothingMore)
 {
     saveCache(library.databasePath(), 10);

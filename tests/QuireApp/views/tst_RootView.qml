@@ -57,6 +57,10 @@ Item {
             return null;
         }
 
+        function initTestCase() {
+            tryVerify(() => named("View details for Book 01")); // the sections follow the first frame
+        }
+
         function init() {
             fixture.shell.library.selectedTab = "insights";
             fixture.shell.library.selectedTab = "books";

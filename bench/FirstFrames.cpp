@@ -1,0 +1,154 @@
+// The program's own start, telling its moments: the first frame, the first with
+// the titles and the first with all covers of the page, and when the library was
+// ready. Ends when it was, or at the first frame with covers of a library that
+// does not open.
+
+#include "bench/Moments.h"
+#include "images/PictureMemory.h"
+#include "images/StandInFonts.h"
+#include "QuireApp/Items/CoverPicture.h"
+#include "QuireApp/QuireApp/QuireApplication.h"
+#include "QuireApp/Theme/InterfaceFonts.h"
+#include "QuireApp/ViewModels/ShellViewModel.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+#include <cstdlib>
+
+namespace quire {
+
+namespace {
+
+// The database and nothing else of the library's folder.
+bool hasDatabaseOpen()
+{
+    const auto descriptors = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::System | QDir::Files);
+    return std::any_of(descriptors.begin(), descriptors.end(),
+        [](const QFileInfo &descriptor) { return descriptor.symLinkTarget().endsWith(u"/quire.db"); });
+}
+
+struct Covers
+{
+    int shown = 0;
+    int missing = 0;
+};
+
+void count(const QQuickItem &item, Covers &covers)
+{
+    if (!item.isVisible()) {
+        return;
+    }
+    if (const auto *cover = qobject_cast<const CoverPicture *>(&item)) {
+        ++(cover->hasImage() ? covers.shown : covers.missing);
+    }
+    const auto children = item.childItems();
+    for (const QQuickItem *child : children) {
+        count(*child, covers);
+    }
+}
+
+class Observer : public QObject
+{
+public:
+    Observer(QQuickWindow &window, QuireApplication &application)
+        : m_window(window)
+        , m_shell(*window.property("shell").value<ShellViewModel *>())
+        , m_application(application)
+    {
+        connect(&window, &QQuickWindow::frameSwapped, this, &Observer::frameShown);
+        connect(m_shell.activity(), &ActivityViewModel::workChanged, this, &Observer::lookAtLibrary);
+    }
+
+private:
+    void frameShown()
+    {
+        tellOnce(m_toldFrame, "frame");
+        if (m_shell.library()->isEmpty() || m_toldCovers) {
+            return;
+        }
+        if (!m_toldTitles) {
+            tellMoment(hasDatabaseOpen() ? "titles-while-open" : "titles-before-open");
+        }
+        tellOnce(m_toldTitles, m_shell.activity()->isReady() ? "titles-of-library" : "titles-of-cache");
+        Covers covers;
+        count(*m_window.contentItem(), covers);
+        if (covers.shown > 0 && covers.missing == 0) {
+            tellOnce(m_toldCovers, "covers");
+            end();
+        }
+    }
+
+    void lookAtLibrary()
+    {
+        if (m_shell.activity()->isReady()) {
+            tellOnce(m_toldReady, "ready");
+            end();
+        }
+    }
+
+    void end()
+    {
+        if ((m_toldReady || m_shell.activity()->hasNotice()) && m_toldCovers) {
+            m_application.quit();
+        }
+    }
+
+    static void tellOnce(bool &told, const char *name)
+    {
+        if (!told) {
+            tellMoment(name);
+        }
+        told = true;
+    }
+
+    QQuickWindow &m_window;
+    ShellViewModel &m_shell;
+    QuireApplication &m_application;
+    bool m_toldFrame = false;
+    bool m_toldTitles = false;
+    bool m_toldCovers = false;
+    bool m_toldReady = false;
+};
+
+QQuickWindow *mainWindow()
+{
+    const auto windows = QGuiApplication::topLevelWindows();
+    for (QWindow *window : windows) {
+        if (window->objectName() == QStringLiteral("main")) {
+            return qobject_cast<QQuickWindow *>(window);
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+} // namespace quire
+
+// As the program's.
+int main(int argc, char *argv[])
+{
+    quire::tellMoment("main");
+    quire::returnPictureMemory();
+    QGuiApplication::setApplicationName(QStringLiteral("Quire"));
+    const QGuiApplication application(argc, argv);
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    quire::StandInFonts::installAll();
+    quire::InterfaceFonts::readAhead();
+    quire::tellMoment("toolkit");
+
+    quire::QuireApplication quire;
+    quire::tellMoment("application");
+    if (!quire.openMainWindow()) {
+        return EXIT_FAILURE;
+    }
+    quire::tellMoment("views");
+    const quire::Observer observer(*quire::mainWindow(), quire);
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,26 @@
+// A home of its own for a benchmark that runs the program: nothing of the
+// reader's is read or written, and nobody outside is asked.
+//
+// Thread: interface thread, before the application object.
+
+#pragma once
+
+#include <QString>
+
+namespace quire {
+
+// The process, and those it starts, have their home in the folder at `home`.
+void moveInto(const QString &home);
+
+// Each title of the library there has a cover.
+struct BenchLibrary
+{
+    int books = 0;
+    int audiobooks = 0;
+    QString selectedTab;
+};
+
+// Makes the library of that home, with a hundred covers that differ.
+void fillLibrary(const BenchLibrary &library);
+
+} // namespace quire
