@@ -74,10 +74,6 @@ class Control:
         return self._has(Atspi.StateType.CHECKED)
 
     @property
-    def is_enabled(self) -> bool:
-        return self._has(Atspi.StateType.ENABLED)
-
-    @property
     def is_focused(self) -> bool:
         return self._has(Atspi.StateType.FOCUSED)
 
