@@ -17,11 +17,11 @@ namespace {
 
 constexpr int distinctCovers = 100;
 
-QList<QByteArray> drawnCovers()
+QList<QByteArray> drawnCovers(QSize size)
 {
     QList<QByteArray> covers;
     for (int number = 0; number < distinctCovers; ++number) {
-        covers.append(encoded(drawnCover(number, number % 4 == 0 ? QSize(500, 500) : QSize(600, 900)), "jpeg"));
+        covers.append(encoded(drawnCover(number, number % 4 == 0 ? QSize(size.width(), size.width()) : size), "jpeg"));
     }
     return covers;
 }
@@ -49,7 +49,7 @@ void fillLibrary(const BenchLibrary &library)
     LibraryStore store(clock, AppDirectories::supportDirectory());
     store.prepare(false).waitForFinished();
     SQLiteDatabase database(AppDirectories::supportDirectory() + QStringLiteral("/quire.db"));
-    const QList<QByteArray> covers = drawnCovers();
+    const QList<QByteArray> covers = drawnCovers(library.coverSize);
     const auto fill = [&covers](SQLiteStatement &row, int titles) {
         for (int number = 0; number < titles; ++number) {
             const QString name = QStringLiteral("Title %1").arg(number, 5, 10, QLatin1Char('0'));

@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 namespace quire {
@@ -18,6 +19,7 @@ struct BenchLibrary
     int books = 0;
     int audiobooks = 0;
     QString selectedTab;
+    QSize coverSize{600, 900}; // one in four is a square
 };
 
 // Makes the library of that home, with a hundred covers that differ.
