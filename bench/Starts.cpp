@@ -81,7 +81,7 @@ int main(int argc, char *argv[])
     quire::moveInto(home.path());
     QGuiApplication::setApplicationName(QStringLiteral("Quire"));
     const QGuiApplication application(argc, argv);
-    quire::fillLibrary({.books = titles, .selectedTab = QStringLiteral("books"), .coverSize = {320, 480}});
+    quire::fillLibrary({.books = titles, .selectedTab = QStringLiteral("books"), .coverSize = {256, 384}});
 
     const QString own = QStringLiteral("quire_first_frames");
     const QString bare = QStringLiteral("quire_empty_window");
