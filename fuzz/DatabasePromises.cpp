@@ -11,6 +11,7 @@
 
 #include <sqlite3.h>
 
+#include <cmath>
 #include <memory>
 
 namespace quire::fuzz::promises {
@@ -159,7 +160,8 @@ private:
         while (raw && sqlite3_step(raw) == SQLITE_ROW) {
             for (int column = 0; column < sqlite3_column_count(raw); ++column) {
                 const double real = sqlite3_column_double(raw, column);
-                if (sqlite3_column_type(raw, column) == SQLITE_FLOAT && !(real >= -beyond && real < beyond)) {
+                if (sqlite3_column_type(raw, column) == SQLITE_FLOAT
+                    && (std::isnan(real) || real < -beyond || real >= beyond)) {
                     return true;
                 }
             }
