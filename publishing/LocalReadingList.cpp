@@ -4,8 +4,11 @@
 #include "reliability/QuireFailureInjector.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,6 +27,22 @@ mode_t modeFor(const QString &path)
     };
     const bool isFile = ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
     return isFile ? status.st_mode & 0777 : modeOfNewFile;
+}
+
+// What programs that were killed while they wrote have left beside `list`, whose
+// date is the present. A file of less than a day may be another's that writes now.
+void removeLeftovers(const QFileInfo &list)
+{
+    static const QRegularExpression name(
+        QRegularExpression::anchoredPattern(QStringLiteral("\\.{1,2}quire\\.md\\.\\d+\\.tmp(\\..+\\.tmp)?")));
+    const QDateTime oldest = list.lastModified().addDays(-1);
+    const auto files = list.dir().entryInfoList(
+        {QStringLiteral("*.quire.md.*.tmp*")}, QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks);
+    for (const QFileInfo &file : files) {
+        if (name.match(file.fileName()).hasMatch() && file.lastModified() < oldest) {
+            QFile::remove(file.filePath());
+        }
+    }
 }
 
 class StagingFile
@@ -68,6 +87,7 @@ QString write(const QString &folder, const QByteArray &markdown)
     DurableFile::write(stagingPath, markdown, modeFor(target));
     QuireFailureInjector::checkpoint(u"publishing-after-staging");
     staging.moveOver(target);
+    removeLeftovers(QFileInfo(target));
     return target;
 }
 

@@ -20,7 +20,9 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <ctime>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace quire;
@@ -64,6 +66,14 @@ protected:
 
     QTemporaryDir m_place;
 };
+
+// Than a day.
+void makeOlder(const QString &path)
+{
+    const timespec day{.tv_sec = ::time(nullptr) - 25L * 60 * 60, .tv_nsec = 0};
+    const timespec times[] = {day, day};
+    ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+}
 
 using LocalReadingListDeathTest = LocalReadingListTest;
 
@@ -174,6 +184,49 @@ TEST_F(LocalReadingListTest, AStagingFileThatACrashLeftBehindIsNotInTheWay)
     LocalReadingList::write(folder(), newList);
     EXPECT_EQ(bytesOf(file()), newList);
     EXPECT_FALSE(QFile::exists(staging));
+}
+
+TEST_F(LocalReadingListTest, WhatKilledProgramsLeftADayAgoGoesAndNothingElse)
+{
+    const QString hidden = QStringLiteral("/.quire.md.%1.tmp");
+    const QString half = QStringLiteral("/..quire.md.8.tmp.0b0f2a5e-7d0e-4b5c-9a53-2f6f0b6a7c11.tmp");
+    const QStringList leftovers{hidden.arg(7), half};
+    const QStringList others{hidden.arg(QStringLiteral("x")), QStringLiteral("/.quire.md.tmp"),
+        QStringLiteral("/mine.quire.md.7.tmp"), QStringLiteral("/.quire.md.7.tmp.txt"), QStringLiteral("/notes.tmp"),
+        QStringLiteral("/.quire.md.9.tmp/file")};
+    QDir().mkpath(folder() + hidden.arg(9));
+    for (const QString &name : leftovers + others) {
+        putFile(folder() + name, "left");
+        makeOlder(folder() + name);
+    }
+    makeOlder(folder() + hidden.arg(9));
+    putFile(folder() + hidden.arg(10), "another writes");
+
+    LocalReadingList::write(folder(), newList);
+
+    for (const QString &name : leftovers) {
+        EXPECT_FALSE(QFile::exists(folder() + name)) << qUtf8Printable(name);
+    }
+    for (const QString &name : others) {
+        EXPECT_EQ(bytesOf(folder() + name), "left") << qUtf8Printable(name);
+    }
+    EXPECT_EQ(bytesOf(folder() + hidden.arg(10)), "another writes");
+    EXPECT_EQ(bytesOf(file()), newList);
+}
+
+TEST_F(LocalReadingListTest, ALeftoverThatCannotBeRemovedIsNoFailure)
+{
+    const QString locked = folder() + QStringLiteral("/.quire.md.7.tmp");
+    putFile(locked, "left");
+    makeOlder(locked);
+    ::chmod(QFile::encodeName(folder()).constData(), 01777); // each removes only what is theirs
+    ::chmod(QFile::encodeName(file()).constData(), 0666);
+    QFile::remove(file());
+    {
+        const UnprivilegedUser user(m_place.path());
+        LocalReadingList::write(folder(), newList);
+    }
+    EXPECT_EQ(bytesOf(file()), newList);
 }
 
 TEST_F(LocalReadingListDeathTest, AProcessThatDiesAfterStagingLeavesTheOldListAndTheWholeNewOneBesideIt)
