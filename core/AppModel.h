@@ -200,6 +200,13 @@ public:
     // status: a word as that of Audiobook::status.
     QCoro::Task<bool> addAudiobook(AudibleCatalogBook book, QString status);
 
+    // Each stores what the reader may change of a title and closes its detail
+    // view. True when done; false leaves the reason in `notice`, and the view open.
+    // id: database row. rating: 0 to 5 in halves, 0 for none. shelf, status: words
+    // as those of Book and Audiobook; one that is unknown is stored as it stands.
+    QCoro::Task<bool> saveBook(qint64 id, double rating, QString shelf, QString notes);
+    QCoro::Task<bool> saveAudiobook(qint64 id, double rating, QString status, QString notes);
+
     // Hides a book or restores it, and closes its detail view. True when done.
     QCoro::Task<bool> setBookHidden(Book book, bool hidden);
 
@@ -325,6 +332,7 @@ private:
     QCoro::Task<> searchAudible(QString query, std::stop_token stop);
 
     // Edits.
+    QCoro::Task<bool> finishSaving(QFuture<void> storing, LibraryTab tab);
     bool beginAdding(const QString &title);
     void endAdding();
     QCoro::Task<bool> finishAdding(QFuture<qint64> storing, LibraryTab tab, LibraryShelf shelf);

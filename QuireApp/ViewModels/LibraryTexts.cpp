@@ -1,5 +1,6 @@
 #include "QuireApp/ViewModels/LibraryTexts.h"
 
+#include "QuireApp/ViewModels/AbbreviatedDate.h"
 #include "records/DateParser.h"
 
 #include <QDateTime>
@@ -182,7 +183,7 @@ QString lastUpdated(const std::optional<QString> &publishLastRun, const QLocale 
     const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(instant->time_since_epoch());
     const QDateTime moment = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
     return QStringLiteral("Last update: %1, %2")
-        .arg(locale.toString(moment.date(), QStringLiteral("d MMM yyyy")),
+        .arg(abbreviatedDate(moment.date(), locale),
             locale.toString(moment.time(), QLocale::ShortFormat));
 }
 

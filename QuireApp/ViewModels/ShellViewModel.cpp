@@ -17,6 +17,8 @@ ShellViewModel::ShellViewModel(
     , m_settings(model, helpHost)
     , m_addBook(model)
     , m_addAudiobook(model)
+    , m_bookDetail(model)
+    , m_audiobookDetail(model)
 {
 }
 

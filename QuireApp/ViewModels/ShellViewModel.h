@@ -9,6 +9,8 @@
 #include "QuireApp/ViewModels/AddAudiobookViewModel.h"
 #include "QuireApp/ViewModels/AddBookViewModel.h"
 #include "QuireApp/ViewModels/AlertViewModel.h"
+#include "QuireApp/ViewModels/AudiobookDetailViewModel.h"
+#include "QuireApp/ViewModels/BookDetailViewModel.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
 #include "QuireApp/ViewModels/LibraryViewModel.h"
@@ -32,6 +34,8 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
     Q_PROPERTY(quire::AddBookViewModel *addBook READ addBook CONSTANT)
     Q_PROPERTY(quire::AddAudiobookViewModel *addAudiobook READ addAudiobook CONSTANT)
+    Q_PROPERTY(quire::BookDetailViewModel *bookDetail READ bookDetail CONSTANT)
+    Q_PROPERTY(quire::AudiobookDetailViewModel *audiobookDetail READ audiobookDetail CONSTANT)
     Q_PROPERTY(quire::AlertViewModel *alerts READ alerts CONSTANT)
     Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
@@ -47,6 +51,8 @@ public:
     SettingsViewModel *settings() { return &m_settings; }
     AddBookViewModel *addBook() { return &m_addBook; }
     AddAudiobookViewModel *addAudiobook() { return &m_addAudiobook; }
+    BookDetailViewModel *bookDetail() { return &m_bookDetail; }
+    AudiobookDetailViewModel *audiobookDetail() { return &m_audiobookDetail; }
     AlertViewModel *alerts() { return &m_alerts; }
     FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
 
@@ -71,6 +77,8 @@ private:
     SettingsViewModel m_settings;
     AddBookViewModel m_addBook;
     AddAudiobookViewModel m_addAudiobook;
+    BookDetailViewModel m_bookDetail;
+    AudiobookDetailViewModel m_audiobookDetail;
 };
 
 } // namespace quire

@@ -14,12 +14,13 @@ T.Popup {
     required property string title
     property string contextLabel
     property Component panel // the content, at least 876 by 640
+    property int tallest: 720
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? Math.round((parent.height - height) / 2) : 0
     width: parent ? Math.min(parent.width - 32, 940) : 876
-    height: parent ? Math.min(parent.height - 32, 720) : 640
+    height: parent ? Math.min(parent.height - 32, overlay.tallest) : 640
     modal: true
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside

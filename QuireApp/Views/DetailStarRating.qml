@@ -1,5 +1,6 @@
 // Five stars with halves: the left half of a star is half of it. A second click
-// on the same half takes the rating back.
+// on the same half takes the rating back. With the keyboard the stars are one
+// stop: the arrows go by halves, Delete takes the rating back.
 
 pragma ComponentBehavior: Bound
 
@@ -18,6 +19,8 @@ Column {
     signal rated(double rating)
 
     readonly property double shownRating: control.hoverRating >= 0 ? control.hoverRating : control.rating
+    readonly property string words: control.rating > 0
+        ? control.formatted(control.rating) + (control.rating === 1 ? " star" : " stars") : "Unrated"
 
     function formatted(value: double): string {
         return Number(value).toLocaleString(Qt.locale(), "f", value % 1 === 0 ? 0 : 1);
@@ -36,68 +39,94 @@ Column {
         height: 34
         spacing: 9
 
-        Row {
+        Item {
+            id: stars
+
+            function step(by: double) {
+                control.rated(Math.max(0, Math.min(5, control.rating + by)));
+            }
+
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
+            width: cells.width
+            height: cells.height
+            activeFocusOnTab: true
 
-            Repeater {
-                model: 5
+            Keys.onRightPressed: stars.step(0.5)
+            Keys.onUpPressed: stars.step(0.5)
+            Keys.onLeftPressed: stars.step(-0.5)
+            Keys.onDownPressed: stars.step(-0.5)
+            Keys.onDeletePressed: control.rated(0)
+            Keys.onPressed: event => {
+                const isDigit = event.key >= Qt.Key_0 && event.key <= Qt.Key_5;
+                event.accepted = isDigit || event.key === Qt.Key_Backspace;
+                if (event.accepted)
+                    control.rated(isDigit ? event.key - Qt.Key_0 : 0);
+            }
 
-                Item {
-                    id: star
+            Accessible.role: Accessible.Grouping
+            Accessible.name: control.title
+            Accessible.description: control.words
+            Accessible.focusable: true
 
-                    required property int index
-                    readonly property int number: star.index + 1
-                    readonly property double part: control.shownRating - star.index
+            Row {
+                id: cells
 
-                    width: 28
-                    height: 30
+                spacing: 3
 
-                    SymbolPicture {
-                        anchors.centerIn: parent
-                        name: star.part >= 1 ? "star.fill" : star.part >= 0.5 ? "star.leadinghalf.filled" : "star"
-                        size: 24
-                        color: star.number - 0.5 <= control.shownRating ? Theme.mark : Qt.alpha(Theme.mark, 0.32)
-                    }
-                    Row {
-                        Repeater {
-                            model: [star.number - 0.5, star.number]
+                Repeater {
+                    model: 5
 
-                            T.AbstractButton {
-                                id: half
+                    Item {
+                        id: star
 
-                                required property double modelData
+                        required property int index
+                        readonly property int number: star.index + 1
+                        readonly property double part: control.shownRating - star.index
 
-                                width: 14
-                                height: 30
-                                hoverEnabled: true
-                                focusPolicy: Qt.StrongFocus
-                                onHoveredChanged: control.hoverRating = half.hovered ? half.modelData : -1
-                                onClicked: control.rated(control.rating === half.modelData ? 0 : half.modelData)
+                        width: 28
+                        height: 30
 
-                                Keys.onReturnPressed: half.clicked()
-                                Keys.onEnterPressed: half.clicked()
-                                Accessible.onPressAction: half.clicked()
-                                Accessible.role: Accessible.RadioButton
-                                Accessible.name: "Set rating to " + control.formatted(half.modelData)
-                                Accessible.checked: control.rating === half.modelData
-                                Accessible.description: control.rating === half.modelData ? "Selected" : ""
+                        SymbolPicture {
+                            anchors.centerIn: parent
+                            name: star.part >= 1 ? "star.fill" : star.part >= 0.5 ? "star.leadinghalf.filled" : "star"
+                            size: 24
+                            color: star.number - 0.5 <= control.shownRating ? Theme.mark : Qt.alpha(Theme.mark, 0.32)
+                        }
+                        Row {
+                            Repeater {
+                                model: [star.number - 0.5, star.number]
 
-                                FocusRing {
-                                    control: half
-                                    visible: half.visualFocus
+                                T.AbstractButton {
+                                    id: half
+
+                                    required property double modelData
+
+                                    width: 14
+                                    height: 30
+                                    hoverEnabled: true
+                                    focusPolicy: Qt.NoFocus
+                                    onHoveredChanged: control.hoverRating = half.hovered ? half.modelData : -1
+                                    onClicked: control.rated(control.rating === half.modelData ? 0 : half.modelData)
+
+                                    Accessible.onPressAction: half.clicked()
+                                    Accessible.role: Accessible.RadioButton
+                                    Accessible.name: "Set rating to " + control.formatted(half.modelData)
+                                    Accessible.checked: control.rating === half.modelData
+                                    Accessible.description: control.rating === half.modelData ? "Selected" : ""
                                 }
                             }
                         }
                     }
                 }
             }
+            FocusRing {
+                control: stars
+            }
         }
         QuireText {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.max(58, implicitWidth)
-            text: control.rating > 0 ? control.formatted(control.rating) + (control.rating === 1 ? " star" : " stars")
-                : "Unrated"
+            text: control.words
             size: 11
             color: control.rating > 0 ? Theme.ink : Theme.secondary
         }

@@ -11,6 +11,10 @@ Column {
     required property string title
     required property int editorHeight
     property string text
+    property int titleWeight: Font.Normal
+    property int textSize: 13
+    property int inset: 5 // between the edge and what moves
+    property color edge: Qt.alpha(Theme.edge, 0.8)
 
     signal edited(string text)
 
@@ -19,6 +23,7 @@ Column {
     QuireText {
         text: area.title
         size: 11
+        weight: area.titleWeight
         color: Theme.secondary
         Accessible.ignored: true
     }
@@ -28,13 +33,13 @@ Column {
         radius: 7
         color: Theme.field
         border.width: editor.activeFocus ? 2 : 1
-        border.color: editor.activeFocus ? Theme.mark : Qt.alpha(Theme.edge, 0.8)
+        border.color: editor.activeFocus ? Theme.mark : area.edge
 
         Flickable {
             id: scroller
 
             anchors.fill: parent
-            anchors.margins: 5
+            anchors.margins: area.inset
             contentHeight: editor.implicitHeight
             boundsBehavior: Flickable.StopAtBounds
             interactive: contentHeight > height
@@ -54,7 +59,7 @@ Column {
                 textFormat: TextEdit.PlainText
                 selectByMouse: true
                 font.family: Theme.fontFamily
-                font.pixelSize: 13
+                font.pixelSize: area.textSize
                 color: Theme.ink
                 selectionColor: Theme.mark
                 selectedTextColor: "white"

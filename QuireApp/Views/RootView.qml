@@ -14,6 +14,8 @@ FocusScope {
     property bool showsNotice: true
     property bool showsAddBook: false
     property bool showsAddAudiobook: false
+    // One panel at a time: an open book comes first.
+    readonly property bool showsAudiobook: root.shell.audiobookDetail.isOpen && !root.shell.bookDetail.isOpen
 
     // The window has shown its first frame, with the sidebar in it.
     property bool isOnScreen: false
@@ -89,6 +91,44 @@ FocusScope {
         }
     }
 
+    OnDemand {
+        wanted: root.shell.bookDetail.isOpen
+        content: DetailModalOverlay {
+            id: bookDetails
+
+            title: root.shell.bookDetail.title
+            contextLabel: "Book"
+            tallest: 640
+            visible: root.shell.bookDetail.isOpen
+            onClosed: {
+                root.shell.bookDetail.close();
+                bookDetails.visible = Qt.binding(() => root.shell.bookDetail.isOpen);
+            }
+            panel: BookDetailView {
+                book: root.shell.bookDetail
+                onLinkRequested: address => root.shell.linkRequested(address)
+            }
+        }
+    }
+    OnDemand {
+        wanted: root.showsAudiobook
+        content: DetailModalOverlay {
+            id: audiobookDetails
+
+            title: root.shell.audiobookDetail.title
+            contextLabel: "Audiobook"
+            tallest: 640
+            visible: root.showsAudiobook
+            onClosed: {
+                root.shell.audiobookDetail.close();
+                audiobookDetails.visible = Qt.binding(() => root.showsAudiobook);
+            }
+            panel: AudiobookDetailView {
+                audiobook: root.shell.audiobookDetail
+                onLinkRequested: address => root.shell.linkRequested(address)
+            }
+        }
+    }
     OnDemand {
         wanted: root.showsAddBook
         content: DetailModalOverlay {

@@ -62,6 +62,10 @@ Item {
         }
 
         function init() {
+            if (fixture.shell.bookDetail.isOpen) {
+                fixture.shell.bookDetail.close();
+                wait(200); // it takes the clicks until it has faded
+            }
             fixture.shell.library.selectedTab = "insights";
             fixture.shell.library.selectedTab = "books";
             fixture.shell.library.selectedSort = "title";

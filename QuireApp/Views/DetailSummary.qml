@@ -1,0 +1,60 @@
+// What a title is about, in what room is left for it.
+
+import QtQuick
+import QtQuick.Templates as T
+
+import Quire
+
+Item {
+    id: summary
+
+    required property string text
+
+    QuireText {
+        id: heading
+
+        text: "SUMMARY"
+        size: 11
+        weight: Font.DemiBold
+        color: Theme.secondary
+        Accessible.role: Accessible.Heading
+    }
+    Flickable {
+        id: scroller
+
+        anchors.top: heading.bottom
+        anchors.topMargin: 7
+        anchors.bottom: parent.bottom
+        width: parent.width
+        contentHeight: words.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        clip: interactive
+        activeFocusOnTab: interactive
+
+        Keys.onUpPressed: scroller.flick(0, 400)
+        Keys.onDownPressed: scroller.flick(0, -400)
+
+        QuireText {
+            id: words
+
+            width: scroller.width - 13
+            text: summary.text.length > 0 ? summary.text : "No summary available."
+            wrapMode: Text.Wrap
+            lineHeightMode: Text.FixedHeight
+            lineHeight: metrics.lineSpacing + 2
+        }
+        FontMetrics {
+            id: metrics
+
+            font: words.font
+        }
+
+        T.ScrollBar.vertical: QuireScrollBar {}
+    }
+    FocusRing {
+        anchors.fill: scroller
+        control: scroller
+        visible: scroller.activeFocus
+    }
+}
