@@ -3,6 +3,7 @@
 set(QUIRE_SUPPORT_DIRECTORY "Quire" CACHE STRING
     "Name of the per-user data folder; a development build may keep its data apart")
 set(QUIRE_BUILD 1 CACHE STRING "Number of this build of its version, one more for each that is published")
+set(QUIRE_FEEDBACK_ADDRESS "feedback@quire.example" CACHE STRING "Where readers write to about the program")
 set(QUIRE_UPDATE_HOST "quire.example" CACHE STRING "Host of the version manifest and the help pages")
 set(QUIRE_SAMPLE_DATA "" CACHE PATH
     "Folder with captured answers of the outside services; tests that read it run only when it is set")

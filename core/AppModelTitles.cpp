@@ -42,8 +42,8 @@ QCoro::Task<bool> AppModel::finishSaving(QFuture<void> storing, LibraryTab tab)
         co_return false;
     }
     if (failure) {
-        setNotice(AppNotice::error(isBook ? QStringLiteral("Title Could Not Be Updated")
-                                          : QStringLiteral("Audio Title Could Not Be Updated"),
+        setNotice(AppNotice::error(
+            isBook ? QStringLiteral("Title Could Not Be Updated") : QStringLiteral("Audio Title Could Not Be Updated"),
             *failure));
         co_return false;
     }

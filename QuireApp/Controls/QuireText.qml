@@ -1,5 +1,5 @@
 // Text in the reader's font. Sizes are those of the type scale: 10, 11, 12, 13,
-// 14, 15, 18, 21, 22, 24 and 27.
+// 14, 15, 16, 18, 21, 22, 24 and 27.
 
 import QtQuick
 

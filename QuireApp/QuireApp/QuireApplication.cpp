@@ -40,7 +40,7 @@ QuireApplication::QuireApplication()
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
           AppDirectories::supportDirectory(), dependencies())
-    , m_shell(m_model, m_desktop.alerts(), m_desktop.folderPicker(), m_endpoints.help)
+    , m_shell(m_model, m_desktop.alerts(), m_desktop.folderPicker(), facts())
     , m_prewarmer(m_model)
     , m_remoteCovers(m_network)
 {
@@ -87,6 +87,16 @@ QCoro::Task<> QuireApplication::startMainWindow()
     const auto started = m_model.start();
     co_await started;
     m_model.checkForUpdatesIfNeeded();
+}
+
+ProgramFacts QuireApplication::facts() const
+{
+    return {
+        .version = QCoreApplication::applicationVersion(),
+        .build = QStringLiteral(QUIRE_BUILD),
+        .helpHost = m_endpoints.help,
+        .feedbackAddress = QStringLiteral(QUIRE_FEEDBACK_ADDRESS),
+    };
 }
 
 AppModelDependencies QuireApplication::dependencies()

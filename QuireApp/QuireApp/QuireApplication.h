@@ -44,6 +44,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    ProgramFacts facts() const;
     AppModelDependencies dependencies();
     QCoro::Task<> startMainWindow();
     QCoro::Task<> openLogs();

@@ -183,8 +183,7 @@ QString lastUpdated(const std::optional<QString> &publishLastRun, const QLocale 
     const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(instant->time_since_epoch());
     const QDateTime moment = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
     return QStringLiteral("Last update: %1, %2")
-        .arg(abbreviatedDate(moment.date(), locale),
-            locale.toString(moment.time(), QLocale::ShortFormat));
+        .arg(abbreviatedDate(moment.date(), locale), locale.toString(moment.time(), QLocale::ShortFormat));
 }
 
 } // namespace quire::LibraryTexts

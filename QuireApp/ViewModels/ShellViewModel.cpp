@@ -5,8 +5,8 @@
 
 namespace quire {
 
-ShellViewModel::ShellViewModel(
-    AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker, const QUrl &helpHost, QObject *parent)
+ShellViewModel::ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker,
+    const ProgramFacts &facts, QObject *parent)
     : QObject(parent)
     , m_model(model)
     , m_alerts(alerts)
@@ -14,12 +14,14 @@ ShellViewModel::ShellViewModel(
     , m_library(model)
     , m_activity(model)
     , m_insights(model)
-    , m_settings(model, helpHost)
+    , m_settings(model, facts.helpHost)
     , m_addBook(model)
     , m_addAudiobook(model)
     , m_bookDetail(model)
     , m_audiobookDetail(model)
+    , m_help(facts, alerts)
 {
+    connect(&m_help, &HelpViewModel::linkRequested, this, &ShellViewModel::linkRequested);
 }
 
 void ShellViewModel::checkForUpdates()

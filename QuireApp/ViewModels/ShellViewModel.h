@@ -12,6 +12,7 @@
 #include "QuireApp/ViewModels/AudiobookDetailViewModel.h"
 #include "QuireApp/ViewModels/BookDetailViewModel.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
+#include "QuireApp/ViewModels/HelpViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
 #include "QuireApp/ViewModels/LibraryViewModel.h"
 #include "QuireApp/ViewModels/SettingsViewModel.h"
@@ -36,14 +37,14 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::AddAudiobookViewModel *addAudiobook READ addAudiobook CONSTANT)
     Q_PROPERTY(quire::BookDetailViewModel *bookDetail READ bookDetail CONSTANT)
     Q_PROPERTY(quire::AudiobookDetailViewModel *audiobookDetail READ audiobookDetail CONSTANT)
+    Q_PROPERTY(quire::HelpViewModel *help READ help CONSTANT)
     Q_PROPERTY(quire::AlertViewModel *alerts READ alerts CONSTANT)
     Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
 public:
-    // model, alerts and folderPicker outlive this. helpHost: scheme and authority
-    // of the help pages.
-    ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker, const QUrl &helpHost,
-        QObject *parent = nullptr);
+    // model, alerts and folderPicker outlive this.
+    ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker,
+        const ProgramFacts &facts, QObject *parent = nullptr);
 
     LibraryViewModel *library() { return &m_library; }
     ActivityViewModel *activity() { return &m_activity; }
@@ -53,6 +54,7 @@ public:
     AddAudiobookViewModel *addAudiobook() { return &m_addAudiobook; }
     BookDetailViewModel *bookDetail() { return &m_bookDetail; }
     AudiobookDetailViewModel *audiobookDetail() { return &m_audiobookDetail; }
+    HelpViewModel *help() { return &m_help; }
     AlertViewModel *alerts() { return &m_alerts; }
     FolderPickerViewModel *folderPicker() { return &m_folderPicker; }
 
@@ -79,6 +81,7 @@ private:
     AddAudiobookViewModel m_addAudiobook;
     BookDetailViewModel m_bookDetail;
     AudiobookDetailViewModel m_audiobookDetail;
+    HelpViewModel m_help;
 };
 
 } // namespace quire

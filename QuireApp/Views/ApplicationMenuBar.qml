@@ -10,6 +10,7 @@ QuireMenuBar {
     required property ShellViewModel shell
 
     signal settingsRequested
+    signal quickHelpRequested
 
     QuireMenu {
         title: "&Quire"
@@ -99,6 +100,33 @@ QuireMenuBar {
         }
     }
 
+    QuireMenu {
+        title: "&Help"
+
+        QuireMenuItem {
+            text: "Quire Help"
+            shortcutText: "Ctrl+?"
+            onTriggered: bar.shell.linkRequested(bar.shell.help.helpPage)
+        }
+        QuireMenuItem {
+            text: "Quick Help in Quire"
+            onTriggered: bar.quickHelpRequested()
+        }
+        QuireMenuItem {
+            text: "Send Feedback…"
+            onTriggered: bar.shell.linkRequested(bar.shell.help.feedbackURL)
+        }
+        QuireMenuItem {
+            text: "About Quire"
+            onTriggered: bar.shell.help.showQuireAboutDialog()
+        }
+    }
+
+    Shortcut {
+        sequence: "Ctrl+?"
+        context: Qt.ApplicationShortcut
+        onActivated: bar.shell.linkRequested(bar.shell.help.helpPage)
+    }
     Shortcut {
         sequence: "Ctrl+,"
         context: Qt.ApplicationShortcut

@@ -31,6 +31,7 @@ T.ApplicationWindow {
     menuBar: ApplicationMenuBar {
         shell: window.shell
         onSettingsRequested: window.openSettings()
+        onQuickHelpRequested: helpWindow.present()
     }
 
     RootView {
@@ -47,5 +48,10 @@ T.ApplicationWindow {
             shell: window.shell
             transientParent: window
         }
+    }
+    QuireHelpWindow {
+        id: helpWindow
+
+        shell: window.shell
     }
 }

@@ -24,7 +24,8 @@ TEST(AbbreviatedDate, ThePartsStandInTheOrderOfTheLocale)
 TEST(AbbreviatedDate, NoLocaleLeavesTheWeekdayOrLosesAPart)
 {
     const QDate day(2026, 11, 3);
-    for (const QLocale &locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
+    for (const QLocale &locale :
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
         const QString text = abbreviatedDate(day, locale);
         SCOPED_TRACE(locale.name().toStdString() + ": " + text.toStdString());
         EXPECT_FALSE(text.contains(locale.dayName(day.dayOfWeek(), QLocale::LongFormat)));

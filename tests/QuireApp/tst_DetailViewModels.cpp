@@ -123,8 +123,9 @@ TEST_F(BookDetail, OnlyPagesOfTheWebCanBeOpened)
     startModel();
     detail = std::make_unique<BookDetailViewModel>(*model);
     Book book = model->books().first();
-    for (const auto &[address, isPage] : {std::pair("https://example.org/1", true), std::pair("http://example.org/1", true),
-             std::pair("file:///etc/passwd", false), std::pair("javascript:alert(1)", false)}) {
+    for (const auto &[address, isPage] :
+        {std::pair("https://example.org/1", true), std::pair("http://example.org/1", true),
+            std::pair("file:///etc/passwd", false), std::pair("javascript:alert(1)", false)}) {
         book.goodreadsURL = Url::parse(QString::fromLatin1(address));
         model->setSelectedBook(book);
         EXPECT_EQ(!detail->link().isEmpty(), isPage) << address;

@@ -27,9 +27,10 @@ protected:
 
     void refuseUpdates(const char *table)
     {
-        library.execute(QStringLiteral("CREATE TRIGGER full BEFORE UPDATE ON %1 BEGIN SELECT RAISE(ABORT, 'no room'); END")
-                            .arg(QLatin1String(table))
-                            .toUtf8());
+        library.execute(
+            QStringLiteral("CREATE TRIGGER full BEFORE UPDATE ON %1 BEGIN SELECT RAISE(ABORT, 'no room'); END")
+                .arg(QLatin1String(table))
+                .toUtf8());
     }
 };
 
@@ -37,8 +38,8 @@ TEST_F(AppModelTitles, ASavedBookIsLoadedAndItsDetailsClose)
 {
     openBook();
 
-    EXPECT_TRUE(await(model->saveBook(
-        model->books().first().id, 4.5, QStringLiteral("to-read"), QStringLiteral("for Ida"))));
+    EXPECT_TRUE(
+        await(model->saveBook(model->books().first().id, 4.5, QStringLiteral("to-read"), QStringLiteral("for Ida"))));
 
     EXPECT_EQ(model->selectedBook(), std::nullopt);
     EXPECT_EQ(model->toastMessage(), QStringLiteral("Title updated"));
