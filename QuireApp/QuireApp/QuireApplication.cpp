@@ -56,7 +56,7 @@ QuireApplication::QuireApplication()
     connect(&m_model, &AppModel::settingsChanged, this, &QuireApplication::applyAppearance);
     connect(&m_shell, &ShellViewModel::quitRequested, this, &QuireApplication::quit);
     connect(&m_shell, &ShellViewModel::logsRequested, this, [this] { detach(openLogs()); });
-    connect(&m_shell, &ShellViewModel::linkRequested, this, [this](const QUrl &url) { m_desktop.open(url); });
+    connect(&m_shell, &ShellViewModel::linkRequested, this, &QuireApplication::openLink);
     applyAppearance();
     Theme::serve(m_engine, m_theme);
     RemoteCoverLoader::serve(m_engine, m_remoteCovers);
@@ -148,6 +148,14 @@ void QuireApplication::applyAppearance()
     const CustomAccentColor accent
         = ThemePalette::accentInForce(settings.usesCustomAccentColor, settings.customAccentColor, settings.accentColor);
     m_theme.setAppearance(accent, settings.sidebarAppearance, settings.interfaceFont);
+}
+
+void QuireApplication::openLink(const QUrl &url)
+{
+    static const QStringList schemes{QStringLiteral("https"), QStringLiteral("http"), QStringLiteral("mailto")};
+    if (schemes.contains(url.scheme())) {
+        m_desktop.open(url);
+    }
 }
 
 QCoro::Task<> QuireApplication::openLogs()

@@ -47,6 +47,9 @@ private:
     ProgramFacts facts() const;
     AppModelDependencies dependencies();
     QCoro::Task<> startMainWindow();
+    // A page or a letter. Nothing else: some links are what a service answered, and
+    // the desktop would start a program for a file.
+    void openLink(const QUrl &url);
     QCoro::Task<> openLogs();
     void applyAppearance();
     void closeCompanions(const QWindow *closing);

@@ -12,12 +12,20 @@ T.ApplicationWindow {
     id: window
 
     required property ShellViewModel shell
-    property QuireSettingsWindow settings: null // made when it is first asked for
+    // Made when they are first asked for.
+    property QuireSettingsWindow settings: null
+    property QuireHelpWindow help: null
 
     function openSettings() {
         if (!window.settings)
             window.settings = settingsWindow.createObject(window);
         window.settings.present();
+    }
+
+    function openHelp() {
+        if (!window.help)
+            window.help = helpWindow.createObject(window);
+        window.help.present();
     }
 
     objectName: "main"
@@ -31,7 +39,7 @@ T.ApplicationWindow {
     menuBar: ApplicationMenuBar {
         shell: window.shell
         onSettingsRequested: window.openSettings()
-        onQuickHelpRequested: helpWindow.present()
+        onQuickHelpRequested: window.openHelp()
     }
 
     RootView {
@@ -49,9 +57,11 @@ T.ApplicationWindow {
             transientParent: window
         }
     }
-    QuireHelpWindow {
+    Component {
         id: helpWindow
 
-        shell: window.shell
+        QuireHelpWindow {
+            shell: window.shell
+        }
     }
 }
