@@ -14,7 +14,7 @@ Item {
 
         anchors.fill: parent
         settings: fixture.shell.settings
-        isWorking: false
+        canWork: true
     }
 
     SignalSpy {
