@@ -10,10 +10,8 @@ Window {
     height: 860
     visible: true
 
-    Loader {
-        active: window.word.length > 0
-        sourceComponent: Text {
-            text: window.word
-        }
+    Text {
+        visible: text.length > 0
+        text: window.word
     }
 }

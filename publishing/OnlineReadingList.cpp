@@ -185,7 +185,8 @@ QCoro::Task<> verifyPublishedHTML(NetworkClient &network, Url site, qint64 lengt
             response.status, QStringLiteral("The published page could not be downloaded for verification."));
     }
     const auto comparing = isPage(response.body, sha256);
-    if (const bool isSame = co_await comparing; !isSame) {
+    const bool isSame = co_await comparing;
+    if (!isSame) {
         throw ServiceError::message(QStringLiteral(
             "Netlify is live, but the published page does not match Quire’s current output. The update remains "
             "queued for retry."));

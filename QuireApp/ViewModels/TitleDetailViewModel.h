@@ -37,6 +37,7 @@ class TitleDetailViewModel : public QObject
     Q_PROPERTY(QString summary READ summary NOTIFY factsChanged) // empty for none
     Q_PROPERTY(quire::CoverSource cover READ cover NOTIFY factsChanged)
     Q_PROPERTY(QUrl link READ link NOTIFY factsChanged) // empty for none
+    Q_PROPERTY(bool hasLink READ hasLink NOTIFY factsChanged)
     Q_PROPERTY(quire::ChoiceListModel *pills READ pills CONSTANT)
 
     // What the reader may change.
@@ -52,6 +53,7 @@ public:
     virtual QString summary() const = 0;
     virtual CoverSource cover() const = 0;
     virtual QUrl link() const = 0;
+    bool hasLink() const { return !link().isEmpty(); }
     bool isWorking() const;
     ChoiceListModel *pills() { return &m_pills; }
     ChoiceListModel *states() { return &m_states; }

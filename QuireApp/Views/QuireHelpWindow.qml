@@ -31,7 +31,7 @@ T.ApplicationWindow {
     }
 
     Shortcut {
-        sequences: [StandardKey.Close, "Escape"]
+        sequences: ["Ctrl+W", "Escape"]
         onActivated: window.close()
     }
 }

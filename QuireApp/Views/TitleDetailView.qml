@@ -135,7 +135,7 @@ FocusScope {
         BorderedButton {
             text: view.linkTitle
             symbol: "arrow.up.right"
-            enabled: view.detail.link.toString().length > 0
+            enabled: view.detail.hasLink
             onClicked: view.linkRequested(view.detail.link)
         }
         Row {

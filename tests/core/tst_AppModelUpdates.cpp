@@ -32,8 +32,8 @@ protected:
     void publish(const QByteArray &version)
     {
         services.route(u"/quire/version.json",
-            LoopbackReply::ok("{\"version\":\"" + version + R"(","build":7,"downloadPage":")"
-                    + services.url(u"/quire/get").toEncoded() + "\"}",
+            LoopbackReply::ok(R"({"version":")" + version + R"(","build":7,"downloadPage":")"
+                    + services.url(u"/quire/get").toEncoded() + R"("})",
                 "application/json"));
     }
 
@@ -133,9 +133,9 @@ TEST_F(AppModelUpdates, ADateToComeKeepsTheHostFromBeingAsked)
 TEST_F(AppModelUpdates, WhatIsNoInstantCountsAsNone)
 {
     publish("1.2");
-    for (const QByteArray value : {"yesterday", "", "\"\"", "9999", "4102444800", "true", "@Invalid()", "9999-12-31",
-             "\"Fri, 31 Dec 2049 10:00:00 +0000\"", "2049-12-31T10:00:00.000Z, 2049-12-31T10:00:00.000Z",
-             "2049-13-31T10:00:00.000Z", "\"2049-12-31T10:00:00.000Z and more\"", "@DateTime(\\0)"}) {
+    for (const QByteArray value : {"yesterday", "", R"("")", "9999", "4102444800", "true", "@Invalid()", "9999-12-31",
+             R"("Fri, 31 Dec 2049 10:00:00 +0000")", "2049-12-31T10:00:00.000Z, 2049-12-31T10:00:00.000Z",
+             "2049-13-31T10:00:00.000Z", R"("2049-12-31T10:00:00.000Z and more")", "@DateTime(\\0)"}) {
         SCOPED_TRACE(value.constData());
         testing::putFile(defaultsFile(), "[General]\nquireLastAutomaticUpdateCheck=" + value + "\n");
         EXPECT_EQ(lastCheck(), std::nullopt);

@@ -22,8 +22,8 @@ const QLocale norwegian(QStringLiteral("nb_NO"));
 
 Instant utc(int year, unsigned month, unsigned day, int hour, int minute)
 {
-    return std::chrono::sys_days(std::chrono::year(year) / month / day) + std::chrono::hours(hour)
-        + std::chrono::minutes(minute);
+    return std::chrono::sys_days(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day))
+        + std::chrono::hours(hour) + std::chrono::minutes(minute);
 }
 
 class ReadingList : public ::testing::Test
@@ -67,7 +67,7 @@ protected:
         const std::string text = markdown(locale);
         const std::string label = "Last updated: ";
         const auto start = text.find(label) + label.size();
-        const std::string line = text.substr(start, text.find('\n', start) - start);
+        std::string line = text.substr(start, text.find('\n', start) - start);
         EXPECT_THAT(html(locale), HasSubstr("<p class=\"updated\">" + label + line + "</p>"));
         return line;
     }

@@ -71,33 +71,33 @@ TEST(QuireUpdateManifest, ReadsAManifestWithMembersOfItsFuture)
 
 TEST(QuireUpdateManifest, RequiresEveryMember)
 {
-    const QByteArray page = "\"downloadPage\":\"https://quire.example/quire\"";
+    const QByteArray page = R"("downloadPage":"https://quire.example/quire")";
 
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\"," + page + "}"), JSONDecodingError::Kind::MissingMember);
-    EXPECT_EQ(kindOf("{\"build\":1," + page + "}"), JSONDecodingError::Kind::MissingMember);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1}"), JSONDecodingError::Kind::MissingMember);
+    EXPECT_EQ(kindOf(R"({"version":"1.2",)" + page + "}"), JSONDecodingError::Kind::MissingMember);
+    EXPECT_EQ(kindOf(R"({"build":1,)" + page + "}"), JSONDecodingError::Kind::MissingMember);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1})"), JSONDecodingError::Kind::MissingMember);
 }
 
 TEST(QuireUpdateManifest, RefusesMembersOfAnotherType)
 {
-    const QByteArray page = "\"downloadPage\":\"https://quire.example/quire\"";
+    const QByteArray page = R"("downloadPage":"https://quire.example/quire")";
     using Kind = JSONDecodingError::Kind;
 
-    EXPECT_EQ(kindOf("{\"version\":1.2,\"build\":1," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":null,\"build\":1," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":\"1\"," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1.5," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1e30," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":true," + page + "}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1,\"downloadPage\":[\"https://a\"]}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1,\"downloadPage\":\"\"}"), Kind::WrongType);
-    EXPECT_EQ(kindOf("{\"version\":\"1.2\",\"build\":1,\"downloadPage\":\"no address\"}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":1.2,"build":1,)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":null,"build":1,)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":"1",)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1.5,)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1e30,)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":true,)" + page + "}"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1,"downloadPage":["https://a"]})"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1,"downloadPage":""})"), Kind::WrongType);
+    EXPECT_EQ(kindOf(R"({"version":"1.2","build":1,"downloadPage":"no address"})"), Kind::WrongType);
     EXPECT_EQ(kindOf("[]"), Kind::WrongType);
 }
 
 TEST(QuireUpdateManifest, RefusesWhatIsNoJSON)
 {
-    for (const QByteArray &text : {QByteArray(), QByteArray("<html>"), QByteArray("{\"version\":\"1.2\""),
+    for (const QByteArray &text : {QByteArray(), QByteArray("<html>"), QByteArray(R"({"version":"1.2")"),
              QByteArray(65'536, '['), QByteArray("\xff\xfe{}"), QByteArray("{\"version\":\"1.2\xff\"}")}) {
         EXPECT_EQ(kindOf(text), JSONDecodingError::Kind::Syntax) << text.left(20).constData();
     }

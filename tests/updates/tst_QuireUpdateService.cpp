@@ -262,7 +262,7 @@ TEST_F(QuireUpdateServiceTest, PassesOnThatTheAnswerWasCut)
 
 TEST_F(QuireUpdateServiceTest, PassesOnThatTheAnswerIsNoManifest)
 {
-    serve("{\"version\":\"1.2\",\"downloadPage\":\"https://quire.example/quire\"}");
+    serve(R"({"version":"1.2","downloadPage":"https://quire.example/quire"})");
 
     const auto failure = thrownBy<JSONDecodingError>([this] { check(); });
 
