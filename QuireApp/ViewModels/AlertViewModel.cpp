@@ -18,7 +18,7 @@ QFuture<int> AlertViewModel::show(DesktopAlert alert)
 {
     Standing standing{std::move(alert), {}};
     standing.answer.start();
-    const QFuture<int> answer = standing.answer.future();
+    QFuture<int> answer = standing.answer.future();
     m_standing.push_back(std::move(standing));
     if (m_standing.size() == 1) {
         Q_EMIT changed();
