@@ -39,7 +39,7 @@ QFuture<std::optional<LoadedLibrary>> readInBackground(const QuireLaunchCache &c
 
 void AppModel::restoreAppearance()
 {
-    const auto preferences = m_launchCache->preferences();
+    const auto preferences = m_launchCache ? m_launchCache->preferences() : std::nullopt;
     if (!preferences) {
         return;
     }
@@ -65,6 +65,9 @@ void AppModel::beginLoadingLaunchCache()
 
 QCoro::Task<> AppModel::showLaunchCache(std::stop_token stop)
 {
+    if (!m_launchCache) {
+        co_return;
+    }
     const QPointer self(this);
     const auto reading = readInBackground(*m_launchCache, stop);
     const auto cached = co_await reading;

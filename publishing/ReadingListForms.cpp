@@ -77,7 +77,7 @@ std::optional<QStringView> ReadingListForms::day(const std::optional<QString> &d
     const auto wall = LocalTime::wallClock(std::chrono::floor<std::chrono::seconds>(*instant));
     const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(wall));
     const int year = int(day.year());
-    if (!m_zero || year < 1 || year > 9'999) {
+    if (m_zero.isNull() || year < 1 || year > 9'999) {
         m_day = m_locale.toString(QDate(year, int(unsigned(day.month())), int(unsigned(day.day()))), dayFormat);
         return m_day;
     }
@@ -96,7 +96,7 @@ void ReadingListForms::appendDigits(unsigned number, int width)
     std::array<QChar, 10> digits;
     std::size_t first = digits.size();
     for (; width > 0 || number > 0; --width, number /= 10) {
-        digits[--first] = QChar(char16_t(m_zero->unicode() + number % 10));
+        digits[--first] = QChar(char16_t(m_zero.unicode() + number % 10));
     }
     m_day.append(&digits[first], qsizetype(digits.size() - first));
 }

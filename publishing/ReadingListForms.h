@@ -51,7 +51,7 @@ private:
     QLocale m_locale;
     QString m_longDate; // format
     std::array<QString, 12> m_months; // short names
-    std::optional<QChar> m_zero; // absent: the language's digits are pairs of surrogates
+    QChar m_zero; // null: the language's digits are pairs of surrogates
     QString m_day;
     QHash<double, QString> m_ratings;
     QHash<double, QString> m_stars;

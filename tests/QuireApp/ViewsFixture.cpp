@@ -44,7 +44,8 @@ ViewsFixture::ViewsFixture()
     m_model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(m_library.clock(), m_library.folder()),
         std::nullopt, AppModelDependencies{m_library.clock(), m_network, m_desktop, m_endpoints});
     m_shell = std::make_unique<ShellViewModel>(*m_model, m_alerts, m_folderPicker,
-        ProgramFacts{QStringLiteral("1.2"), QStringLiteral("34"), m_endpoints.help, QStringLiteral("a@quire.example")});
+        ProgramFacts{QStringLiteral("1.2"), QStringLiteral("34"), QUrl(QStringLiteral("https://help.test")),
+            QStringLiteral("maker@help.test")});
     await(m_model->start());
     QDir(m_folders.path()).mkdir(QStringLiteral("first"));
     QDir(m_folders.path()).mkdir(QStringLiteral("second"));

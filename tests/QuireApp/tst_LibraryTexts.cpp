@@ -71,7 +71,7 @@ TEST(LibraryTexts, TheLastUpdateIsToldOnlyWhenItParses)
     EXPECT_EQ(LibraryTexts::lastUpdated(std::nullopt), QStringLiteral("Not published from Quire yet"));
     EXPECT_EQ(LibraryTexts::lastUpdated(QStringLiteral("yesterday")), QStringLiteral("Not published from Quire yet"));
     EXPECT_EQ(LibraryTexts::lastUpdated(QStringLiteral("2026-03-05T10:15:30Z"), english),
-        QStringLiteral("Last update: 5 Mar 2026, 11:15 AM")); // Oslo
+        QStringLiteral("Last update: Mar 5, 2026, 11:15 AM")); // Oslo
 }
 
 } // namespace
