@@ -86,7 +86,15 @@ class Program:
     def cards(self) -> list[str]:
         """The titles of the covers on the screen, row by row."""
         found = [(card.frame, card.name.removeprefix(CARD)) for card in self.all(starting=CARD)]
-        return [title for (left, top, *_), title in sorted(found, key=lambda item: (item[0][1], item[0][0]))]
+        rows: list[list[tuple[int, str]]] = []
+        first = None
+        for (left, top, *_), title in sorted(found, key=lambda item: item[0][1]):
+            # The card under the mouse stands a little higher than its row.
+            if first is None or top - first > 30:
+                rows.append([])
+                first = top
+            rows[-1].append((left, title))
+        return [title for row in rows for _, title in sorted(row)]
 
     def says(self, text: str) -> bool:
         """Whether a label, a toast or an alert on the screen holds the text."""
