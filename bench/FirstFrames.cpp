@@ -7,6 +7,7 @@
 #include "images/PictureMemory.h"
 #include "images/StandInFonts.h"
 #include "QuireApp/Items/CoverPicture.h"
+#include "QuireApp/QuireApp/MainWindow.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 #include "QuireApp/Theme/InterfaceFonts.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
@@ -19,6 +20,7 @@
 #include <QQuickWindow>
 
 #include <cstdlib>
+#include <optional>
 
 namespace quire {
 
@@ -55,26 +57,34 @@ void count(const QQuickItem &item, Covers &covers)
 class Observer : public QObject
 {
 public:
-    Observer(QQuickWindow &window, QuireApplication &application)
+    explicit Observer(QQuickWindow &window)
         : m_window(window)
-        , m_shell(*window.property("shell").value<ShellViewModel *>())
-        , m_application(application)
     {
         connect(&window, &QQuickWindow::frameSwapped, this, &Observer::frameShown);
-        connect(m_shell.activity(), &ActivityViewModel::workChanged, this, &Observer::lookAtLibrary);
+    }
+
+    void observe(QuireApplication &application)
+    {
+        m_application = &application;
+        m_shell = &application.shell();
+        connect(m_shell->activity(), &ActivityViewModel::workChanged, this, &Observer::lookAtLibrary);
     }
 
 private:
     void frameShown()
     {
         tellOnce(m_toldFrame, "frame");
-        if (m_shell.library()->isEmpty() || m_toldCovers) {
+        if (!m_shell) {
+            return;
+        }
+        tellOnce(m_toldViews, "frame-of-views");
+        if (m_shell->library()->isEmpty() || m_toldCovers) {
             return;
         }
         if (!m_toldTitles) {
             tellMoment(hasDatabaseOpen() ? "titles-while-open" : "titles-before-open");
         }
-        tellOnce(m_toldTitles, m_shell.activity()->isReady() ? "titles-of-library" : "titles-of-cache");
+        tellOnce(m_toldTitles, m_shell->activity()->isReady() ? "titles-of-library" : "titles-of-cache");
         Covers covers;
         count(*m_window.contentItem(), covers);
         if (covers.shown > 0 && covers.missing == 0) {
@@ -85,7 +95,7 @@ private:
 
     void lookAtLibrary()
     {
-        if (m_shell.activity()->isReady()) {
+        if (m_shell->activity()->isReady()) {
             tellOnce(m_toldReady, "ready");
             end();
         }
@@ -93,8 +103,8 @@ private:
 
     void end()
     {
-        if ((m_toldReady || m_shell.activity()->hasNotice()) && m_toldCovers) {
-            m_application.quit();
+        if ((m_toldReady || m_shell->activity()->hasNotice()) && m_toldCovers) {
+            m_application->quit();
         }
     }
 
@@ -107,24 +117,14 @@ private:
     }
 
     QQuickWindow &m_window;
-    ShellViewModel &m_shell;
-    QuireApplication &m_application;
+    ShellViewModel *m_shell = nullptr; // both null until there are views
+    QuireApplication *m_application = nullptr;
     bool m_toldFrame = false;
+    bool m_toldViews = false;
     bool m_toldTitles = false;
     bool m_toldCovers = false;
     bool m_toldReady = false;
 };
-
-QQuickWindow *mainWindow()
-{
-    const auto windows = QGuiApplication::topLevelWindows();
-    for (QWindow *window : windows) {
-        if (window->objectName() == QStringLiteral("main")) {
-            return qobject_cast<QQuickWindow *>(window);
-        }
-    }
-    return nullptr;
-}
 
 } // namespace
 
@@ -143,12 +143,21 @@ int main(int argc, char *argv[])
     quire::InterfaceFonts::readAhead();
     quire::tellMoment("toolkit");
 
-    quire::QuireApplication quire;
-    quire::tellMoment("application");
-    if (!quire.openMainWindow()) {
-        return EXIT_FAILURE;
-    }
-    quire::tellMoment("views");
-    const quire::Observer observer(*quire::mainWindow(), quire);
+    quire::Theme theme(nullptr);
+    quire::QuireApplication::restoreLook(theme);
+    quire::MainWindow window(theme);
+    quire::Observer observer(window);
+    std::optional<quire::QuireApplication> quire;
+    window.afterFirstFrame([&] {
+        quire.emplace(theme);
+        quire::tellMoment("application");
+        if (!quire->openViews(window)) {
+            QGuiApplication::exit(EXIT_FAILURE);
+        }
+        quire::tellMoment("views");
+        observer.observe(*quire);
+    });
+    window.show();
+    quire::tellMoment("window");
     return QGuiApplication::exec();
 }

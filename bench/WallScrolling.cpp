@@ -9,6 +9,7 @@
 #include "images/CoverDecoder.h"
 #include "images/PictureMemory.h"
 #include "images/StandInFonts.h"
+#include "QuireApp/QuireApp/MainWindow.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 
 #include <QElapsedTimer>
@@ -157,22 +158,24 @@ int main(int argc, char *argv[])
     quire::fillLibrary({.audiobooks = covers, .selectedTab = QStringLiteral("audio")});
 
     int status = EXIT_FAILURE;
-    quire::QuireApplication quire;
-    if (!quire.openMainWindow()) {
-        return EXIT_FAILURE;
-    }
-    QMetaObject::invokeMethod(
-        &quire,
-        [&] {
-            const auto windows = QGuiApplication::topLevelWindows();
-            for (QWindow *window : windows) {
-                if (window->objectName() == QStringLiteral("main")) {
-                    status = quire::measure(*qobject_cast<QQuickWindow *>(window), covers);
-                }
-            }
-            quire.quit();
-        },
-        Qt::QueuedConnection);
+    quire::Theme theme(nullptr);
+    quire::MainWindow window(theme);
+    std::optional<quire::QuireApplication> quire;
+    window.afterFirstFrame([&] {
+        quire.emplace(theme);
+        if (quire->openViews(window)) {
+            QMetaObject::invokeMethod(
+                &*quire,
+                [&] {
+                    status = quire::measure(window, covers);
+                    quire->quit();
+                },
+                Qt::QueuedConnection);
+        } else {
+            QGuiApplication::exit(EXIT_FAILURE);
+        }
+    });
+    window.show();
     QGuiApplication::exec();
     return status;
 }

@@ -2,9 +2,11 @@
 
 #include "concurrency/Detach.h"
 #include "concurrency/InBackground.h"
+#include "core/QuireLaunchCache.h"
 #include "persistence/AppDirectories.h"
 #include "persistence/LibraryStore.h"
 #include "QuireApp/Covers/CoverWork.h"
+#include "QuireApp/QuireApp/MainWindow.h"
 #include "QuireApp/Theme/QuireThemePalette.h"
 
 #include <QCoroFuture>
@@ -12,6 +14,8 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQuickItem>
 #include <QWindow>
 
 namespace quire {
@@ -34,15 +38,32 @@ void makeEmptyFile(const QString &path)
 
 constexpr bool importsLegacyBooks = true;
 
+// look: the settings, or what a start keeps of them.
+template<typename Look>
+void apply(const Look &look, Theme &theme)
+{
+    const CustomAccentColor accent
+        = ThemePalette::accentInForce(look.usesCustomAccentColor, look.customAccentColor, look.accentColor);
+    theme.setAppearance(accent, look.sidebarAppearance, look.interfaceFont);
+}
+
 } // namespace
 
-QuireApplication::QuireApplication()
+void QuireApplication::restoreLook(Theme &theme)
+{
+    if (const auto look = QuireLaunchCache(AppDirectories::supportDirectory()).preferences()) {
+        apply(*look, theme);
+    }
+}
+
+QuireApplication::QuireApplication(Theme &theme)
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
           AppDirectories::supportDirectory(), dependencies())
     , m_shell(m_model, m_desktop.alerts(), m_desktop.folderPicker(), facts())
     , m_prewarmer(m_model)
     , m_remoteCovers(m_network)
+    , m_theme(theme)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false); // the delegate decides
     qApp->installEventFilter(this);
@@ -68,20 +89,26 @@ QuireApplication::~QuireApplication()
     CoverWork::finish();
 }
 
-bool QuireApplication::openMainWindow()
+bool QuireApplication::openViews(MainWindow &window)
 {
-    m_engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}});
-    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quire/MainWindow.qml")));
-    if (m_engine.rootObjects().isEmpty()) {
+    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quire/MainView.qml")));
+    std::unique_ptr<QObject> made(
+        component.createWithInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}}));
+    auto *const views = qobject_cast<QQuickItem *>(made.get());
+    if (!views) {
+        qCritical("The views could not be made: %s", qPrintable(component.errorString()));
         return false;
     }
-    // From the event loop, so that the window is on its way to the screen.
+    m_views.reset(views);
+    made.release();
+    window.showViews(*m_views);
+    // From the event loop, so that the views are on their way to the screen.
     QMetaObject::invokeMethod(
-        this, [this] { detach(startMainWindow()); }, Qt::QueuedConnection);
+        this, [this] { detach(startModel()); }, Qt::QueuedConnection);
     return true;
 }
 
-QCoro::Task<> QuireApplication::startMainWindow()
+QCoro::Task<> QuireApplication::startModel()
 {
     m_appDelegate.setModel(&m_model);
     const auto started = m_model.start();
@@ -144,10 +171,7 @@ void QuireApplication::closeCompanions(const QWindow *closing)
 
 void QuireApplication::applyAppearance()
 {
-    const SettingsSnapshot &settings = m_model.settings();
-    const CustomAccentColor accent
-        = ThemePalette::accentInForce(settings.usesCustomAccentColor, settings.customAccentColor, settings.accentColor);
-    m_theme.setAppearance(accent, settings.sidebarAppearance, settings.interfaceFont);
+    apply(m_model.settings(), m_theme);
 }
 
 void QuireApplication::openLink(const QUrl &url)

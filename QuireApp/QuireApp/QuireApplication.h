@@ -1,5 +1,6 @@
 // QuireApplication puts the program together: the one model, the delegate that
-// ends the program, the windows, and what the windows ask of the desktop.
+// ends the program, the views, and what the views ask of the desktop. The window
+// is there before it, and is given the views.
 //
 // Thread: interface thread, below an application object.
 
@@ -18,22 +19,36 @@
 #include "sources/ServiceEndpoints.h"
 
 #include <QObject>
-#include <QQmlApplicationEngine>
+#include <QQmlEngine>
 #include <QUrl>
 
+#include <memory>
+
+class QQuickItem;
+
 namespace quire {
+
+class MainWindow;
 
 class QuireApplication final : public QObject
 {
     Q_OBJECT
 
 public:
-    QuireApplication();
+    // Gives `theme` what the reader had chosen when the program last ran. Nothing
+    // is known of a first run.
+    static void restoreLook(Theme &theme);
+
+    // theme: what the views are painted with, outlives this.
+    explicit QuireApplication(Theme &theme);
     ~QuireApplication() override;
 
-    // Shows the main window and begins to load the library behind it. False
-    // when there is no window; the engine has said why.
-    bool openMainWindow();
+    // Makes the views, shows them in `window`, which outlives this, and begins to
+    // load the library behind them. Once. False when there are no views; it has
+    // been said why.
+    bool openViews(MainWindow &window);
+
+    ShellViewModel &shell() { return m_shell; }
 
     // Asks the delegate, and ends the event loop now or when the library is
     // closed. Any number of times.
@@ -46,7 +61,7 @@ protected:
 private:
     ProgramFacts facts() const;
     AppModelDependencies dependencies();
-    QCoro::Task<> startMainWindow();
+    QCoro::Task<> startModel();
     // A page or a letter. Nothing else: some links are what a service answered, and
     // the desktop would start a program for a file.
     void openLink(const QUrl &url);
@@ -65,8 +80,9 @@ private:
     ShellViewModel m_shell;
     CoverPrewarmer m_prewarmer;
     RemoteCoverLoader m_remoteCovers;
-    Theme m_theme{nullptr};
-    QQmlApplicationEngine m_engine;
+    Theme &m_theme;
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickItem> m_views;
 };
 
 } // namespace quire

@@ -2,9 +2,11 @@
 #include "images/PictureMemory.h"
 #include "images/StandInFonts.h"
 #include "persistence/AppLog.h"
+#include "QuireApp/QuireApp/MainWindow.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 #include "QuireApp/QuireApp/TerminationSignals.h"
 #include "QuireApp/Theme/InterfaceFonts.h"
+#include "QuireApp/Theme/Theme.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -12,6 +14,7 @@
 #include <QQuickWindow>
 
 #include <cstdlib>
+#include <optional>
 
 int main(int argc, char *argv[])
 {
@@ -31,9 +34,17 @@ int main(int argc, char *argv[])
     quire::InterfaceFonts::readAhead();
     quire::setDetachReporter([](const QString &description) { quire::AppLog::write(description); });
 
-    quire::QuireApplication quire;
-    if (!quire.openMainWindow()) {
-        return EXIT_FAILURE;
-    }
+    // The window comes first; what fills it is made while the reader sees it.
+    quire::Theme theme(nullptr);
+    quire::QuireApplication::restoreLook(theme);
+    quire::MainWindow window(theme);
+    std::optional<quire::QuireApplication> quire;
+    window.afterFirstFrame([&] {
+        quire.emplace(theme);
+        if (!quire->openViews(window)) {
+            QGuiApplication::exit(EXIT_FAILURE);
+        }
+    });
+    window.show();
     return QGuiApplication::exec();
 }

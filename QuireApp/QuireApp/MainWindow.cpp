@@ -1,0 +1,50 @@
+#include "QuireApp/QuireApp/MainWindow.h"
+
+#include "QuireApp/QuireApp/LaunchSurfaces.h"
+#include "QuireApp/Theme/Theme.h"
+
+#include <QTimer>
+
+#include <chrono>
+#include <utility>
+
+namespace quire {
+
+namespace {
+
+constexpr std::chrono::milliseconds longestWaitForFrame{500};
+
+} // namespace
+
+MainWindow::MainWindow(const Theme &theme)
+    : m_surfaces(new LaunchSurfaces(theme, *contentItem()))
+{
+    setObjectName(QStringLiteral("main"));
+    setTitle(QStringLiteral("Quire"));
+    setMinimumSize({920, 700});
+    resize(1180, 860);
+    setColor(theme.window());
+    connect(&theme, &Theme::paletteChanged, this, [this, &theme] { setColor(theme.window()); });
+}
+
+void MainWindow::afterFirstFrame(std::function<void()> action)
+{
+    auto *timer = new QTimer(this);
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, [timer, action = std::move(action)] {
+        timer->deleteLater();
+        action();
+    });
+    connect(
+        this, &QQuickWindow::frameSwapped, timer, [timer] { timer->start(0); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    timer->start(longestWaitForFrame);
+}
+
+void MainWindow::showViews(QQuickItem &views)
+{
+    views.setParentItem(contentItem());
+    delete std::exchange(m_surfaces, nullptr);
+}
+
+} // namespace quire
