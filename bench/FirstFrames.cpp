@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -147,9 +148,10 @@ int main(int argc, char *argv[])
     quire::QuireApplication::restoreLook(theme);
     quire::MainWindow window(theme);
     quire::Observer observer(window);
+    QQmlEngine engine;
     std::optional<quire::QuireApplication> quire;
     window.afterFirstFrame([&] {
-        quire.emplace(theme);
+        quire.emplace(engine, theme);
         quire::tellMoment("application");
         if (!quire->openViews(window)) {
             QGuiApplication::exit(EXIT_FAILURE);
@@ -158,6 +160,7 @@ int main(int argc, char *argv[])
         observer.observe(*quire);
     });
     window.show();
+    quire::QuireApplication::prepare(engine);
     quire::tellMoment("window");
     return QGuiApplication::exec();
 }

@@ -14,6 +14,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -160,9 +161,10 @@ int main(int argc, char *argv[])
     int status = EXIT_FAILURE;
     quire::Theme theme(nullptr);
     quire::MainWindow window(theme);
+    QQmlEngine engine;
     std::optional<quire::QuireApplication> quire;
     window.afterFirstFrame([&] {
-        quire.emplace(theme);
+        quire.emplace(engine, theme);
         if (quire->openViews(window)) {
             QMetaObject::invokeMethod(
                 &*quire,
@@ -176,6 +178,7 @@ int main(int argc, char *argv[])
         }
     });
     window.show();
+    quire::QuireApplication::prepare(engine);
     QGuiApplication::exec();
     return status;
 }

@@ -56,7 +56,12 @@ void QuireApplication::restoreLook(Theme &theme)
     }
 }
 
-QuireApplication::QuireApplication(Theme &theme)
+void QuireApplication::prepare(QQmlEngine &engine)
+{
+    QQmlComponent(&engine).setData("import QtQuick\nItem {}", QUrl());
+}
+
+QuireApplication::QuireApplication(QQmlEngine &engine, Theme &theme)
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
           AppDirectories::supportDirectory(), dependencies())
@@ -64,6 +69,7 @@ QuireApplication::QuireApplication(Theme &theme)
     , m_prewarmer(m_model)
     , m_remoteCovers(m_network)
     , m_theme(theme)
+    , m_engine(engine)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false); // the delegate decides
     qApp->installEventFilter(this);
@@ -92,15 +98,12 @@ QuireApplication::~QuireApplication()
 bool QuireApplication::openViews(MainWindow &window)
 {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quire/MainView.qml")));
-    std::unique_ptr<QObject> made(
-        component.createWithInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}}));
-    auto *const views = qobject_cast<QQuickItem *>(made.get());
-    if (!views) {
+    m_views.reset(qobject_cast<QQuickItem *>(
+        component.createWithInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}})));
+    if (!m_views) {
         qCritical("The views could not be made: %s", qPrintable(component.errorString()));
         return false;
     }
-    m_views.reset(views);
-    made.release();
     window.showViews(*m_views);
     // From the event loop, so that the views are on their way to the screen.
     QMetaObject::invokeMethod(

@@ -39,8 +39,14 @@ public:
     // is known of a first run.
     static void restoreLook(Theme &theme);
 
-    // theme: what the views are painted with, outlives this.
-    explicit QuireApplication(Theme &theme);
+    // Lets `engine` know the toolkit's own types. Before the event loop runs: a
+    // screen reader may ask for the window as soon as it is there, and a toolkit
+    // that does not know its types by then finds no name of anything ever after.
+    static void prepare(QQmlEngine &engine);
+
+    // engine: prepared, makes the views. theme: what they are painted with. Both
+    // outlive this.
+    QuireApplication(QQmlEngine &engine, Theme &theme);
     ~QuireApplication() override;
 
     // Makes the views, shows them in `window`, which outlives this, and begins to
@@ -81,7 +87,7 @@ private:
     CoverPrewarmer m_prewarmer;
     RemoteCoverLoader m_remoteCovers;
     Theme &m_theme;
-    QQmlEngine m_engine;
+    QQmlEngine &m_engine;
     std::unique_ptr<QQuickItem> m_views;
 };
 

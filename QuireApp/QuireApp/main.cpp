@@ -10,6 +10,7 @@
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <QQmlEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
 
@@ -38,13 +39,15 @@ int main(int argc, char *argv[])
     quire::Theme theme(nullptr);
     quire::QuireApplication::restoreLook(theme);
     quire::MainWindow window(theme);
+    QQmlEngine engine;
     std::optional<quire::QuireApplication> quire;
     window.afterFirstFrame([&] {
-        quire.emplace(theme);
+        quire.emplace(engine, theme);
         if (!quire->openViews(window)) {
             QGuiApplication::exit(EXIT_FAILURE);
         }
     });
     window.show();
+    quire::QuireApplication::prepare(engine);
     return QGuiApplication::exec();
 }

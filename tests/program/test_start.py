@@ -16,6 +16,17 @@ class Start(ProgramTestCase):
         self.assertEqual(self.home.value("PRAGMA user_version"), 2)
         self.assertEqual(self.home.value("SELECT COUNT(*) FROM goodreads_books"), 0)
 
+    def test_a_screen_reader_that_asks_before_there_are_views_finds_every_name(self):
+        program = self.launch()
+        while not program.has("Quire", role="frame"):
+            pass
+        for control in program.root.walk():  # of a window with nothing in it
+            control.name
+        program.find("Settings", role="push button")
+        program.wait_until_idle()
+        unnamed = [control for control in program.all(role="push button") if not control.name]
+        self.assertEqual(unnamed, [])
+
     def test_the_books_of_an_empty_library_say_so(self):
         program = self.start()
         program.open_tab("Books")

@@ -40,7 +40,7 @@ class ProgramTestCase(unittest.TestCase):
         pressed before that is overruled by the section that the library remembers. home: another
         reader's than that of the test."""
         program = self.launch(home, **variables)
-        program.find(role="frame", name="Quire", seconds=30)
+        program.find(role="push button", name="Settings", seconds=30)
         program.wait_until_idle()
         return program
 
