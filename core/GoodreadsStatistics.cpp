@@ -37,17 +37,17 @@ GoodreadsStatistics makeGoodreadsStatistics(const ReadingHistory &history)
     RatingMean rating;
     RatingMean ratingThisYear;
     Tally authors;
-    for (const auto &[book, recency, monthOfThisYear] : history.readBooks()) {
-        pages.add(book->numberOfPages);
-        rating.add(book->userRating);
-        statistics.fiveStarCount += book->userRating == fiveStars ? 1 : 0;
-        if (!book->author.isEmpty()) {
-            authors.add(book->author);
+    for (const ReadingHistory::ReadBook &read : history.readBooks()) {
+        pages.add(read.numberOfPages);
+        rating.add(read.userRating);
+        statistics.fiveStarCount += read.userRating == fiveStars ? 1 : 0;
+        if (!read.author.isEmpty()) {
+            authors.add(read.author);
         }
-        if (monthOfThisYear > 0) {
+        if (read.monthOfThisYear > 0) {
             ++statistics.booksThisYear;
-            pagesThisYear.add(book->numberOfPages);
-            ratingThisYear.add(book->userRating);
+            pagesThisYear.add(read.numberOfPages);
+            ratingThisYear.add(read.userRating);
         }
     }
     statistics.reading = history.reading();

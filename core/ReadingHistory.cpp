@@ -52,7 +52,13 @@ void ReadingHistory::count(const QString &shelf)
 void ReadingHistory::addReadBook(const Book &book, Instant recency)
 {
     // The distant past is in no month of this year, so an undated book is in none.
-    m_readBooks.push_back({&book, recency, recency == distantPast ? 0 : m_year.month(recency)});
+    m_readBooks.push_back({.id = book.id,
+        .author = book.author,
+        .tags = {book.tags.constData(), std::size_t(book.tags.size())},
+        .userRating = book.userRating,
+        .numberOfPages = book.numberOfPages,
+        .recency = recency,
+        .monthOfThisYear = recency == distantPast ? 0 : m_year.month(recency)});
 }
 
 } // namespace quire

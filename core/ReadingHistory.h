@@ -12,7 +12,11 @@
 #include "records/Instant.h"
 
 #include <QList>
+#include <QString>
+#include <QStringView>
 
+#include <optional>
+#include <span>
 #include <vector>
 
 namespace quire {
@@ -24,7 +28,13 @@ class ReadingHistory
 public:
     struct ReadBook
     {
-        const Book *book = nullptr;
+        // Beside each other, texts as views: records lie far apart, and to look at
+        // each again would cost more than what is made of it.
+        qint64 id = 0;
+        QStringView author;
+        std::span<const QString> tags;
+        double userRating = 0;
+        std::optional<qint64> numberOfPages;
         Instant recency; // when it was finished, else when it was added; distantPast when undated
         int monthOfThisYear = 0; // in which it was finished, 1 to 12; 0 for another year, or undated
     };
@@ -48,7 +58,7 @@ private:
     void count(const QString &shelf);
     void addReadBook(const Book &book, Instant recency);
 
-    const QList<Book> m_books; // what the pointers lead into; const, or a look at a book would copy them all
+    const QList<Book> m_books; // where the texts lie; const, or a look at a book would copy them all
     CalendarYear m_year;
     std::vector<ReadBook> m_readBooks;
     qint64 m_reading = 0;

@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <span>
 
 namespace quire {
 
@@ -39,7 +40,7 @@ public:
         m_first = m_count == 0 ? read.recency : std::min(m_first, read.recency);
         m_last = m_count == 0 ? read.recency : std::max(m_last, read.recency);
         ++m_count;
-        m_pages.add(read.book->numberOfPages);
+        m_pages.add(read.numberOfPages);
     }
 
     bool isEmpty() const { return m_count == 0; }
@@ -86,7 +87,7 @@ public:
     {
         QList<qint64> ids;
         for (const ReadingHistory::ReadBook &read : m_titles) {
-            ids.append(read.book->id);
+            ids.append(read.id);
         }
         return ids;
     }
@@ -101,7 +102,7 @@ int starsOf(double rating)
     return rating > 0 ? int(std::clamp(std::round(rating), 1.0, double(mostStars))) : 0;
 }
 
-void addTags(Tally &tally, const QStringList &tags)
+void addTags(Tally &tally, std::span<const QString> tags)
 {
     for (const QString &tag : tags) {
         if (const QStringView trimmed = QStringView(tag).trimmed(); !trimmed.isEmpty()) {
@@ -145,10 +146,10 @@ ReadingInsightsSnapshot makeReadingInsights(const ReadingHistory &history)
     Tally tags;
     for (const ReadingHistory::ReadBook &read : history.readBooks()) {
         thisYear.add(read);
-        pages.add(read.book->numberOfPages);
-        ++stars[std::size_t(starsOf(read.book->userRating))];
+        pages.add(read.numberOfPages);
+        ++stars[std::size_t(starsOf(read.userRating))];
         mostRecent.add(read);
-        addTags(tags, read.book->tags);
+        addTags(tags, read.tags);
     }
     tags.drop(isShelfWord);
 
