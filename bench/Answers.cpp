@@ -59,6 +59,7 @@ void spin(std::chrono::milliseconds time)
     timer.start();
     while (!timer.hasExpired(time.count())) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, int(time.count()));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // which only the outermost loop does
     }
 }
 
