@@ -7,26 +7,21 @@
 
 #include "bench/OwnHome.h"
 #include "images/PictureMemory.h"
-#include "images/StandInFonts.h"
-#include "QuireApp/QuireApp/MainWindow.h"
+#include "QuireApp/QuireApp/ProgramStart.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
-#include "QuireApp/Theme/Theme.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickStyle>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <functional>
-#include <optional>
 #include <unistd.h>
 #include <vector>
 
@@ -195,35 +190,21 @@ int main(int argc, char *argv[])
     quire::moveInto(home.path());
     QGuiApplication::setApplicationName(QStringLiteral("Quire"));
     const QGuiApplication application(argc, argv);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
-    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-    quire::StandInFonts::installAll();
     quire::fillLibrary({.books = titles - titles / 10,
         .audiobooks = titles / 10,
         .selectedTab = QStringLiteral("books"),
         .coverSize = {256, 384}});
 
     int status = EXIT_FAILURE;
-    quire::Theme theme(nullptr);
-    quire::MainWindow window(theme);
-    QQmlEngine engine;
-    std::optional<quire::QuireApplication> quire;
-    window.afterFirstFrame([&] {
-        quire.emplace(engine, theme);
-        if (quire->openViews(window)) {
-            QMetaObject::invokeMethod(
-                &*quire,
-                [&] {
-                    status = quire::measureAll(window, quire->shell(), rounds);
-                    quire->quit();
-                },
-                Qt::QueuedConnection);
-        } else {
-            QGuiApplication::exit(EXIT_FAILURE);
-        }
+    quire::ProgramStart start;
+    start.run([&](quire::QuireApplication &program) {
+        QMetaObject::invokeMethod(
+            &program,
+            [&, running = &program] {
+                status = quire::measureAll(start.window(), running->shell(), rounds);
+                running->quit();
+            },
+            Qt::QueuedConnection);
     });
-    window.show();
-    quire::QuireApplication::prepare(engine);
-    QGuiApplication::exec();
     return status;
 }

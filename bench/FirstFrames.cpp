@@ -5,23 +5,18 @@
 
 #include "bench/Moments.h"
 #include "images/PictureMemory.h"
-#include "images/StandInFonts.h"
 #include "QuireApp/Items/CoverPicture.h"
-#include "QuireApp/QuireApp/MainWindow.h"
+#include "QuireApp/QuireApp/ProgramStart.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
-#include "QuireApp/Theme/InterfaceFonts.h"
 #include "QuireApp/ViewModels/ShellViewModel.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickStyle>
 #include <QQuickWindow>
 
-#include <cstdlib>
-#include <optional>
+#include <algorithm>
 
 namespace quire {
 
@@ -138,29 +133,12 @@ int main(int argc, char *argv[])
     quire::returnPictureMemory();
     QGuiApplication::setApplicationName(QStringLiteral("Quire"));
     const QGuiApplication application(argc, argv);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
-    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-    quire::StandInFonts::installAll();
-    quire::InterfaceFonts::readAhead();
     quire::tellMoment("toolkit");
 
-    quire::Theme theme(nullptr);
-    quire::QuireApplication::restoreLook(theme);
-    quire::MainWindow window(theme);
-    quire::Observer observer(window);
-    QQmlEngine engine;
-    std::optional<quire::QuireApplication> quire;
-    window.afterFirstFrame([&] {
-        quire.emplace(engine, theme);
-        quire::tellMoment("application");
-        if (!quire->openViews(window)) {
-            QGuiApplication::exit(EXIT_FAILURE);
-        }
+    quire::ProgramStart start;
+    quire::Observer observer(start.window());
+    return start.run([&observer](quire::QuireApplication &program) {
         quire::tellMoment("views");
-        observer.observe(*quire);
+        observer.observe(program);
     });
-    window.show();
-    quire::QuireApplication::prepare(engine);
-    quire::tellMoment("window");
-    return QGuiApplication::exec();
 }

@@ -8,15 +8,12 @@
 #include "bench/OwnHome.h"
 #include "images/CoverDecoder.h"
 #include "images/PictureMemory.h"
-#include "images/StandInFonts.h"
-#include "QuireApp/QuireApp/MainWindow.h"
+#include "QuireApp/QuireApp/ProgramStart.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QThread>
@@ -153,32 +150,18 @@ int main(int argc, char *argv[])
     quire::moveInto(home.path());
     QGuiApplication::setApplicationName(QStringLiteral("Quire"));
     const QGuiApplication application(argc, argv);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
-    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-    quire::StandInFonts::installAll();
     quire::fillLibrary({.audiobooks = covers, .selectedTab = QStringLiteral("audio")});
 
     int status = EXIT_FAILURE;
-    quire::Theme theme(nullptr);
-    quire::MainWindow window(theme);
-    QQmlEngine engine;
-    std::optional<quire::QuireApplication> quire;
-    window.afterFirstFrame([&] {
-        quire.emplace(engine, theme);
-        if (quire->openViews(window)) {
-            QMetaObject::invokeMethod(
-                &*quire,
-                [&] {
-                    status = quire::measure(window, covers);
-                    quire->quit();
-                },
-                Qt::QueuedConnection);
-        } else {
-            QGuiApplication::exit(EXIT_FAILURE);
-        }
+    quire::ProgramStart start;
+    start.run([&](quire::QuireApplication &program) {
+        QMetaObject::invokeMethod(
+            &program,
+            [&, running = &program] {
+                status = quire::measure(start.window(), covers);
+                running->quit();
+            },
+            Qt::QueuedConnection);
     });
-    window.show();
-    quire::QuireApplication::prepare(engine);
-    QGuiApplication::exec();
     return status;
 }
