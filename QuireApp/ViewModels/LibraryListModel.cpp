@@ -29,41 +29,53 @@ void LibraryListModel::show(const QList<LibraryRow> &rows)
     const auto [oldDiffers, newDiffers]
         = std::mismatch(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), sameTitle);
     const qsizetype head = newDiffers - rows.cbegin();
-    const qsizetype shorter = std::min(m_rows.size(), rows.size());
+    const qsizetype before = m_rows.size();
+    const qsizetype shorter = std::min(before, rows.size());
     qsizetype tail = 0;
-    while (tail < shorter - head && sameTitle(m_rows.at(m_rows.size() - 1 - tail), rows.at(rows.size() - 1 - tail))) {
+    while (tail < shorter - head && sameTitle(m_rows.at(before - 1 - tail), rows.at(rows.size() - 1 - tail))) {
         ++tail;
     }
-    const qsizetype before = m_rows.size();
-    replace(head, before - head - tail, rows.mid(head, rows.size() - head - tail));
-    for (qsizetype row = 0; row < m_rows.size(); ++row) {
-        if (m_rows.at(row) != rows.at(row)) {
-            m_rows[row] = rows.at(row);
-            Q_EMIT dataChanged(index(int(row)), index(int(row)));
-        }
+    // Where titles of one list stand in the place of titles of the other, the cards
+    // stay and show others: that is far less work than to make them anew.
+    if (before > rows.size()) {
+        remove(shorter - tail, before - shorter);
+    } else if (before < rows.size()) {
+        insert(shorter - tail, rows.mid(shorter - tail, rows.size() - shorter));
     }
-    if (m_rows.size() != before) {
+    overwrite(rows);
+    if (rows.size() != before) {
         Q_EMIT countChanged();
     }
 }
 
-void LibraryListModel::replace(qsizetype from, qsizetype removed, const QList<LibraryRow> &added)
+void LibraryListModel::remove(qsizetype from, qsizetype count)
 {
-    if (removed == m_rows.size() && removed > 0 && !added.isEmpty()) {
-        beginResetModel(); // nothing stays: one step for the view
-        m_rows = added;
-        endResetModel();
-        return;
-    }
-    if (removed > 0) {
-        beginRemoveRows({}, int(from), int(from + removed) - 1);
-        m_rows.remove(from, removed);
-        endRemoveRows();
-    }
-    if (!added.isEmpty()) {
-        beginInsertRows({}, int(from), int(from + added.size()) - 1);
-        m_rows = m_rows.mid(0, from) + added + m_rows.mid(from);
-        endInsertRows();
+    beginRemoveRows({}, int(from), int(from + count) - 1);
+    m_rows.remove(from, count);
+    endRemoveRows();
+}
+
+void LibraryListModel::insert(qsizetype from, const QList<LibraryRow> &added)
+{
+    beginInsertRows({}, int(from), int(from + added.size()) - 1);
+    m_rows = m_rows.mid(0, from) + added + m_rows.mid(from);
+    endInsertRows();
+}
+
+void LibraryListModel::overwrite(const QList<LibraryRow> &rows)
+{
+    qsizetype row = 0;
+    while (row < rows.size()) {
+        const qsizetype first = row;
+        while (row < rows.size() && m_rows.at(row) != rows.at(row)) {
+            m_rows[row] = rows.at(row);
+            ++row;
+        }
+        if (row > first) {
+            Q_EMIT dataChanged(index(int(first)), index(int(row) - 1));
+        } else {
+            ++row;
+        }
     }
 }
 

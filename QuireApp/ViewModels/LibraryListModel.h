@@ -1,6 +1,7 @@
-// The titles that a grid or a list of cards shows. A new list replaces only the
-// rows that differ, so that a reload which changes nothing on the screen keeps
-// scroll position, hover and focus.
+// The titles that a grid or a list of cards shows. A new list changes only the
+// rows that differ, and adds or removes only what it has more or fewer: a reload
+// which changes nothing on the screen keeps scroll position, hover and focus, and
+// a search is shown by the cards that are there.
 //
 // Thread: interface thread.
 
@@ -79,7 +80,9 @@ Q_SIGNALS:
     void countChanged();
 
 private:
-    void replace(qsizetype from, qsizetype removed, const QList<LibraryRow> &added);
+    void remove(qsizetype from, qsizetype count);
+    void insert(qsizetype from, const QList<LibraryRow> &added);
+    void overwrite(const QList<LibraryRow> &rows); // as many as there are
 
     QList<LibraryRow> m_rows;
 };

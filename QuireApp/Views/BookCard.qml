@@ -31,6 +31,9 @@ LibraryCard {
     // Most cards are never asked for theirs.
     property QuireMenu openedMenu: null
 
+    // The card shows another title: what the menu offers was not for that one.
+    onRowIdChanged: if (card.openedMenu) card.openedMenu.close()
+
     function openMenu(x, y) {
         if (!card.openedMenu)
             card.openedMenu = menu.createObject(card);

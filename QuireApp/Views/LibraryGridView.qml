@@ -21,11 +21,27 @@ FocusScope {
 
     function showTop() {
         books.showTop();
+        audiobooks.showTop();
     }
 
     // The page in words: a new one is looked at from its top, whoever turned it.
     readonly property string page: view.library.pageDescription
     onPageChanged: view.bookPageChanged()
+
+    // Another search, shelf or order is another list.
+    Connections {
+        target: view.library
+
+        function onSearchTextChanged() {
+            view.showTop();
+        }
+        function onSelectedShelfChanged() {
+            view.showTop();
+        }
+        function onSelectedSortChanged() {
+            view.showTop();
+        }
+    }
 
     CoverWall {
         id: books

@@ -82,6 +82,27 @@ TEST_F(LibraryListModelTest, ATitleThatGoesTakesOnlyItsRow)
     EXPECT_EQ(shown(model), (QList<qint64>{1, 3, 4}));
 }
 
+TEST_F(LibraryListModelTest, AnotherListIsShownByTheRowsThatAreThere)
+{
+    model.show(rows({1, 2, 3, 4}));
+    const QSignalSpy reset(&model, &LibraryListModel::modelReset);
+    const QSignalSpy removed(&model, &LibraryListModel::rowsRemoved);
+    const QSignalSpy inserted(&model, &LibraryListModel::rowsInserted);
+    const QSignalSpy changed(&model, &LibraryListModel::dataChanged);
+    model.show(rows({5, 6, 7, 8}));
+    EXPECT_EQ(shown(model), (QList<qint64>{5, 6, 7, 8}));
+    EXPECT_EQ(reset.size() + removed.size() + inserted.size(), 0);
+    ASSERT_EQ(changed.size(), 1) << "rows beside each other are told of at once";
+    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 0);
+    EXPECT_EQ(changed.at(0).at(1).toModelIndex().row(), 3);
+
+    model.show(rows({9, 7}));
+    EXPECT_EQ(shown(model), (QList<qint64>{9, 7}));
+    ASSERT_EQ(removed.size(), 1);
+    EXPECT_EQ(removed.at(0).at(2).toInt() - removed.at(0).at(1).toInt() + 1, 2);
+    EXPECT_EQ(reset.size() + inserted.size(), 0);
+}
+
 TEST_F(LibraryListModelTest, AnyListFollowsAnyOther)
 {
     std::mt19937 random(20261121); // printed by the failure below
