@@ -22,8 +22,17 @@ Column {
     readonly property string words: control.rating > 0
         ? control.formatted(control.rating) + (control.rating === 1 ? " star" : " stars") : "Unrated"
 
+    // The pointer is in the next half before it has left the last one.
+    function hover(value: double, isInside: bool) {
+        if (isInside)
+            control.hoverRating = value;
+        else if (control.hoverRating === value)
+            control.hoverRating = -1;
+    }
+
     function formatted(value: double): string {
-        return Number(value).toLocaleString(Qt.locale(), "f", value % 1 === 0 ? 0 : 1);
+        const rounded = Math.round(value * 10) / 10;
+        return Number(rounded).toLocaleString(Qt.locale(), "f", rounded % 1 === 0 ? 0 : 1);
     }
 
     spacing: 6
@@ -105,7 +114,7 @@ Column {
                                     height: 30
                                     hoverEnabled: true
                                     focusPolicy: Qt.NoFocus
-                                    onHoveredChanged: control.hoverRating = half.hovered ? half.modelData : -1
+                                    onHoveredChanged: control.hover(half.modelData, half.hovered)
                                     onClicked: control.rated(control.rating === half.modelData ? 0 : half.modelData)
 
                                     Accessible.onPressAction: half.clicked()

@@ -90,6 +90,23 @@ Item {
             compare(drawn(), "full full star star star");
         }
 
+        function test_thePointerMayGoFromHalfToHalf() {
+            for (const value of ["4.5", "5", "4.5", "4"]) {
+                mouseMove(half(value));
+                compare(stars.hoverRating, Number(value));
+            }
+            compare(drawn(), "full full full full star");
+            mouseMove(root, 390, 110);
+            compare(stars.hoverRating, -1);
+        }
+
+        function test_aRatingIsToldWithOneDecimalAtMost() {
+            root.rating = 2.04; // as a feed may have it
+            verify(named("2 stars"));
+            root.rating = 3.25;
+            verify(named("3.3 stars"));
+        }
+
         function test_aRatingCanBeClearedOnlyWhileThereIsOne() {
             verify(!named("Clear rating"));
             root.rating = 4;
