@@ -78,10 +78,22 @@ T.Popup {
     }
 
     contentItem: FocusScope { // qmllint disable deferred-property-id
+        id: content
+
+        // What closes behind this one gives the keyboard to the window.
+        readonly property bool hasLostFocus: overlay.opened && content.Window.activeFocusItem !== null
+            && content.Window.activeFocusItem === content.Window.contentItem
+
         focus: true
 
         Accessible.role: Accessible.Dialog
         Accessible.name: overlay.title
+
+        Timer {
+            interval: 0
+            running: content.hasLostFocus
+            onTriggered: content.forceActiveFocus(Qt.PopupFocusReason)
+        }
 
         // Made by hand: a Loader cannot make a component that is bound to the
         // ids of its file.

@@ -22,6 +22,7 @@ T.Popup {
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? Math.round(Math.max(24, (parent.height - height) / 4)) : 0
+    z: 2 // over everything else in the window
     width: 400
     height: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 20
@@ -83,36 +84,51 @@ T.Popup {
                 width: 1
                 height: 8
             }
-            Flickable {
-                id: scroller
-
+            Item {
                 width: parent.width
-                height: Math.min(message.implicitHeight, alert.longestMessage)
-                contentHeight: message.implicitHeight
-                boundsBehavior: Flickable.StopAtBounds
-                interactive: contentHeight > height
-                clip: interactive
+                height: scroller.height
 
-                TextEdit {
-                    id: message
+                Flickable {
+                    id: scroller
 
-                    width: scroller.width
-                    text: alert.message
-                    textFormat: TextEdit.PlainText
-                    wrapMode: TextEdit.Wrap
-                    readOnly: true
-                    selectByMouse: true
-                    activeFocusOnPress: true
-                    font.family: Theme.fontFamily
-                    font.pixelSize: 13
-                    color: Theme.ink
-                    selectionColor: Theme.mark
-                    selectedTextColor: "white"
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: alert.message
+                    width: parent.width
+                    height: Math.min(message.implicitHeight, alert.longestMessage)
+                    contentHeight: message.implicitHeight
+                    boundsBehavior: Flickable.StopAtBounds
+                    interactive: contentHeight > height
+                    clip: interactive
+                    activeFocusOnTab: interactive
+
+                    Accessible.role: Accessible.Grouping
+                    Accessible.name: "Message"
+
+                    Keys.onUpPressed: scroller.flick(0, 600)
+                    Keys.onDownPressed: scroller.flick(0, -600)
+
+                    TextEdit {
+                        id: message
+
+                        width: scroller.width
+                        text: alert.message
+                        textFormat: TextEdit.PlainText
+                        wrapMode: TextEdit.Wrap
+                        readOnly: true
+                        selectByMouse: true
+                        activeFocusOnPress: true
+                        font.family: Theme.fontFamily
+                        font.pixelSize: 13
+                        color: Theme.ink
+                        selectionColor: Theme.mark
+                        selectedTextColor: "white"
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: alert.message
+                    }
+
+                    T.ScrollBar.vertical: QuireScrollBar {}
                 }
-
-                T.ScrollBar.vertical: QuireScrollBar {}
+                FocusRing {
+                    control: scroller
+                }
             }
             Item {
                 width: 1

@@ -15,6 +15,10 @@ FocusScope {
 
     signal settingsRequested
 
+    function focusSearch() {
+        search.focusField();
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.sidebarBase
@@ -71,6 +75,8 @@ FocusScope {
             height: 18
         }
         SidebarSearchField {
+            id: search
+
             width: parent.width
             prompt: sidebar.library.searchPrompt
             text: sidebar.library.searchText

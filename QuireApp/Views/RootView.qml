@@ -1,9 +1,10 @@
-// What the main window shows, from the back: the sidebar and the library, the
-// toast, the working overlay, the notice.
+// What the main window shows, from the back: the sidebar and the library, a panel
+// over them, the toast, the working overlay, the notice.
 
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 
 import Quire
 
@@ -14,8 +15,11 @@ FocusScope {
     property bool showsNotice: true
     property bool showsAddBook: false
     property bool showsAddAudiobook: false
-    // One panel at a time: an open book comes first.
-    readonly property bool showsAudiobook: root.shell.audiobookDetail.isOpen && !root.shell.bookDetail.isOpen
+    // One panel at a time, and the one behind it when it closes.
+    readonly property string panel: root.shell.bookDetail.isOpen ? "book"
+        : root.shell.audiobookDetail.isOpen ? "audiobook"
+        : root.showsAddBook ? "addBook"
+        : root.showsAddAudiobook ? "addAudiobook" : ""
 
     // The window has shown its first frame, with the sidebar in it.
     property bool isOnScreen: false
@@ -23,6 +27,36 @@ FocusScope {
     signal settingsRequested
 
     focus: true
+
+    // Where the keyboard was before a panel or a menu took it, it is when that has
+    // closed. The toolkit gives it back in windows of its own kind alone.
+    readonly property Item focused: root.Window.activeFocusItem
+    readonly property bool hasLostFocus: root.panel.length === 0 && root.focused !== null
+        && root.focused === root.Window.contentItem
+    property Item lastFocused: null
+    property int lastFocusReason: Qt.OtherFocusReason
+
+    function keepFocus(item: var) {
+        root.lastFocused = item;
+        root.lastFocusReason = item.focusReason ?? Qt.OtherFocusReason;
+    }
+
+    onFocusedChanged: {
+        let ancestor = root.focused;
+        while (ancestor && ancestor !== root)
+            ancestor = ancestor.parent;
+        if (ancestor)
+            root.keepFocus(root.focused);
+    }
+
+    Timer {
+        interval: 0
+        running: root.hasLostFocus
+        onTriggered: {
+            const item = root.lastFocused && root.lastFocused.visible ? root.lastFocused : root;
+            item.forceActiveFocus(root.lastFocusReason);
+        }
+    }
 
     Connections {
         target: root.Window.window
@@ -36,6 +70,11 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: Theme.window
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Find] // qmllint disable unqualified
+        onActivated: sidebar.focusSearch()
     }
 
     QuireSidebar {
@@ -92,17 +131,18 @@ FocusScope {
     }
 
     OnDemand {
-        wanted: root.shell.bookDetail.isOpen
+        wanted: root.panel === "book"
         content: DetailModalOverlay {
             id: bookDetails
 
             title: root.shell.bookDetail.title
             contextLabel: "Book"
             tallest: 640
-            visible: root.shell.bookDetail.isOpen
+            visible: root.panel === "book"
             onClosed: {
-                root.shell.bookDetail.close();
-                bookDetails.visible = Qt.binding(() => root.shell.bookDetail.isOpen);
+                if (root.panel === "book")
+                    root.shell.bookDetail.close();
+                bookDetails.visible = Qt.binding(() => root.panel === "book");
             }
             panel: BookDetailView {
                 book: root.shell.bookDetail
@@ -111,17 +151,18 @@ FocusScope {
         }
     }
     OnDemand {
-        wanted: root.showsAudiobook
+        wanted: root.panel === "audiobook"
         content: DetailModalOverlay {
             id: audiobookDetails
 
             title: root.shell.audiobookDetail.title
             contextLabel: "Audiobook"
             tallest: 640
-            visible: root.showsAudiobook
+            visible: root.panel === "audiobook"
             onClosed: {
-                root.shell.audiobookDetail.close();
-                audiobookDetails.visible = Qt.binding(() => root.showsAudiobook);
+                if (root.panel === "audiobook")
+                    root.shell.audiobookDetail.close();
+                audiobookDetails.visible = Qt.binding(() => root.panel === "audiobook");
             }
             panel: AudiobookDetailView {
                 audiobook: root.shell.audiobookDetail
@@ -130,16 +171,17 @@ FocusScope {
         }
     }
     OnDemand {
-        wanted: root.showsAddBook
+        wanted: root.panel === "addBook"
         content: DetailModalOverlay {
             id: addBook
 
             title: "Add Book"
-            visible: root.showsAddBook
+            visible: root.panel === "addBook"
             onAboutToShow: root.shell.addBook.reset()
             onClosed: {
-                root.showsAddBook = false;
-                addBook.visible = Qt.binding(() => root.showsAddBook);
+                if (root.panel === "addBook")
+                    root.showsAddBook = false;
+                addBook.visible = Qt.binding(() => root.panel === "addBook");
             }
             panel: AddBookView {
                 draft: root.shell.addBook
@@ -148,16 +190,17 @@ FocusScope {
         }
     }
     OnDemand {
-        wanted: root.showsAddAudiobook
+        wanted: root.panel === "addAudiobook"
         content: DetailModalOverlay {
             id: addAudiobook
 
             title: "Add Audiobook"
-            visible: root.showsAddAudiobook
+            visible: root.panel === "addAudiobook"
             onAboutToShow: root.shell.addAudiobook.reset()
             onClosed: {
-                root.showsAddAudiobook = false;
-                addAudiobook.visible = Qt.binding(() => root.showsAddAudiobook);
+                if (root.panel === "addAudiobook")
+                    root.showsAddAudiobook = false;
+                addAudiobook.visible = Qt.binding(() => root.panel === "addAudiobook");
             }
             panel: AddAudiobookView {
                 draft: root.shell.addAudiobook
@@ -167,17 +210,17 @@ FocusScope {
     }
 
     ToastView {
-        id: toast
-
-        anchors.horizontalCenter: parent.horizontalCenter
         text: root.shell.activity.toast
-        restingY: root.height - height - 24
+        parent: root.Window.contentItem // over the panels, which are not in this view
+        z: T.Overlay.overlay ? T.Overlay.overlay.z + 1 : 0
     }
 
-    WorkingOverlay {
-        anchors.fill: parent
-        shown: root.shell.activity.showsOverlay
-        label: root.shell.activity.activityLabel
+    OnDemand {
+        wanted: root.shell.activity.showsOverlay
+        content: WorkingOverlay {
+            shown: root.shell.activity.showsOverlay
+            label: root.shell.activity.activityLabel
+        }
     }
 
     OnDemand {

@@ -13,6 +13,11 @@ FocusScope {
 
     signal edited(string text)
 
+    function focusField() {
+        field.forceActiveFocus(Qt.ShortcutFocusReason);
+        field.selectAll();
+    }
+
     implicitHeight: 32
 
     Rectangle {

@@ -8,23 +8,25 @@ Item {
     id: toast
 
     required property string text
-    required property real restingY
 
+    readonly property real restingY: toast.parent ? toast.parent.height - toast.height - 24 : 0
     readonly property bool shown: toast.text.length > 0
 
     // The words stay while the toast leaves.
     property string lastText
-    onTextChanged: if (toast.text.length > 0) toast.lastText = toast.text
+    onTextChanged: {
+        if (toast.text.length > 0)
+            toast.lastText = toast.text;
+        announcement.visible = false;
+        announcement.visible = toast.text.length > 0;
+    }
 
     width: words.width + 36
     height: words.height + 24
+    x: toast.parent ? Math.round((toast.parent.width - toast.width) / 2) : 0
     y: toast.shown ? toast.restingY : toast.restingY + 24 + toast.height
     opacity: toast.shown ? 1 : 0
     visible: toast.opacity > 0
-
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: toast.text
-    Accessible.ignored: !toast.shown
 
     Behavior on y {
         NumberAnimation {
@@ -37,6 +39,17 @@ Item {
             duration: 200
             easing.type: Easing.OutQuad
         }
+    }
+
+    // A screen reader speaks of what comes up, and not of one whose words change.
+    Item {
+        id: announcement
+
+        anchors.fill: parent
+        visible: false
+
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: toast.text
     }
 
     PanelShadow {

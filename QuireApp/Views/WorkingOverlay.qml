@@ -1,41 +1,57 @@
-// Work that has no button of its own: the window is dimmed and waits.
+// Work that has no button of its own: the window is dimmed and waits, and so does
+// the panel that began it.
 
 import QtQuick
+import QtQuick.Templates as T
 
 import Quire
 
-Rectangle {
+T.Popup {
     id: overlay
 
     required property bool shown
     required property string label
 
-    color: Qt.rgba(0, 0, 0, 0.12)
-    opacity: overlay.shown ? 1 : 0
-    visible: overlay.opacity > 0
+    parent: T.Overlay.overlay
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2) : 0
+    z: 1 // over the panels, under what is told
+    width: 280 // does not follow the words, so it never jumps
+    height: 116
+    modal: true
+    closePolicy: T.Popup.NoAutoClose
+    visible: overlay.shown
 
-    Behavior on opacity {
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0, 0, 0, 0.12)
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: 200
+                easing.type: Easing.OutQuad
+            }
+        }
+    }
+
+    enter: Transition {
         NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: 200
+            easing.type: Easing.OutQuad
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            to: 0
             duration: 200
             easing.type: Easing.OutQuad
         }
     }
 
-    MouseArea {
-        anchors.fill: parent
-        hoverEnabled: true
-        onWheel: wheel => wheel.accepted = true
-    }
-
-    Item {
-        anchors.centerIn: parent
-        width: 280 // does not follow the words, so it never jumps
-        height: 116
-
-        Accessible.role: Accessible.AlertMessage
-        Accessible.name: overlay.label
-        Accessible.ignored: !overlay.shown
-
+    background: Item {
         PanelShadow {
             anchors.fill: parent
             radius: 14
@@ -45,6 +61,13 @@ Rectangle {
             radius: 14
             color: "white"
         }
+    }
+
+    contentItem: Item {
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: overlay.label
+        Accessible.ignored: !overlay.shown
+
         ProgressRing {
             anchors.horizontalCenter: parent.horizontalCenter
             y: 26

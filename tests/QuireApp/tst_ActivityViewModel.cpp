@@ -32,6 +32,22 @@ TEST_F(ActivityViewModelTest, TheOverlayStaysAwayWhileAJobHasAButtonOfItsOwn)
     EXPECT_EQ(activity.toast(), QStringLiteral("Synced 1 Goodreads titles"));
 }
 
+TEST_F(ActivityViewModelTest, TheOverlayStandsWhileABookIsAdded)
+{
+    startModel();
+    const ActivityViewModel activity(*model);
+    EXPECT_FALSE(activity.showsOverlay());
+    ManualBookDraft draft;
+    draft.title = QStringLiteral("Emma");
+
+    const auto adding = model->addBook(draft);
+
+    EXPECT_TRUE(activity.showsOverlay());
+    EXPECT_EQ(activity.activityLabel(), QStringLiteral("Adding Emma…"));
+    EXPECT_TRUE(eventually([&] { return activity.canWork(); }));
+    EXPECT_FALSE(activity.showsOverlay());
+}
+
 TEST_F(ActivityViewModelTest, NothingIsOfferedThatNeedsTheLibraryBeforeItIsOpen)
 {
     makeModel();

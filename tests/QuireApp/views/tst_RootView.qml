@@ -286,9 +286,10 @@ Item {
 
         function test_aToastComesAndGoes() {
             fixture.showToast("Synced 2 Goodreads titles");
-            tryVerify(() => named("Synced 2 Goodreads titles"));
+            const window = root.Window.contentItem; // over all that is in the view
+            tryVerify(() => named("Synced 2 Goodreads titles", window));
             fixture.showToast("");
-            tryVerify(() => !named("Synced 2 Goodreads titles"));
+            tryVerify(() => !named("Synced 2 Goodreads titles", window));
         }
 
         function test_aNoticeIsDismissedByEscapeAndByReturn() {
