@@ -31,7 +31,7 @@ T.Button {
         radius: 9
         color: button.prominent ? (button.hovered ? Theme.accentHovered : Theme.accent)
             : button.hovered ? Theme.hover : Theme.field
-        border.width: 1
+        border.width: button.prominent && Theme.mark === Theme.accent ? 0 : 1 // a light accent would not be seen
         border.color: button.prominent ? Theme.hairline : Theme.edge
 
         FocusRing {

@@ -17,6 +17,7 @@ FocusScope {
     required property Item foot
 
     readonly property bool isEmpty: grid.count === 0
+    property int headGap: 26 // between the head and the wall
 
     readonly property int sidePadding: 16
     readonly property int columnSpacing: 28
@@ -37,13 +38,14 @@ FocusScope {
 
     onVisibleChanged: if (view.visible) view.showTop()
 
-    // The keyboard has come to something in the foot, which may be out of sight.
+    // The keyboard has come to something in the foot, which may be out of sight. What
+    // was pressed with the mouse stays where it is until it is let go.
     readonly property Item focused: view.Window.activeFocusItem
     onFocusedChanged: {
         let item = view.focused;
         while (item && item !== foot.children[0])
             item = item.parent;
-        if (item)
+        if (item && view.focused.focusReason !== Qt.MouseFocusReason)
             view.showInFoot(view.focused);
     }
 
@@ -78,7 +80,7 @@ FocusScope {
         height: view.height
         leftMargin: view.wallLeft
         onLeftMarginChanged: grid.contentX = -grid.leftMargin // stays where it was otherwise
-        topMargin: 16 + view.head.implicitHeight + 16 + 10
+        topMargin: 16 + view.head.implicitHeight + view.headGap
         bottomMargin: view.foot.implicitHeight - (grid.count > 0 ? view.rowSpacing : 0) // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing

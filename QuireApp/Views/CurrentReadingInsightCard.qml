@@ -14,7 +14,7 @@ T.AbstractButton {
     required property coverSource cover
     required property string accessibleName
 
-    implicitHeight: 172
+    implicitHeight: Math.max(172, implicitContentHeight + topPadding + bottomPadding)
     padding: 18
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
@@ -41,6 +41,8 @@ T.AbstractButton {
     }
 
     contentItem: Item { // qmllint disable deferred-property-id
+        implicitHeight: words.implicitHeight
+
         PanelShadow {
             x: image.paintedRect.x
             y: image.paintedRect.y
@@ -60,6 +62,8 @@ T.AbstractButton {
             cornerRadius: 6
         }
         Column {
+            id: words
+
             anchors.left: image.right
             anchors.leftMargin: 18
             anchors.right: parent.right

@@ -16,6 +16,12 @@ Item {
 
     implicitHeight: 38
 
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.card
+    }
     Row {
         id: dots
 

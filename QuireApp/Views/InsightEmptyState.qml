@@ -9,7 +9,7 @@ Item {
     required property string title
     required property string detail
 
-    implicitHeight: 70
+    implicitHeight: Math.max(70, words.implicitHeight + 28)
 
     Rectangle {
         id: circle
@@ -29,11 +29,13 @@ Item {
         }
     }
     Column {
+        id: words
+
         anchors.left: circle.right
         anchors.leftMargin: 12
         anchors.right: parent.right
         anchors.rightMargin: 14
-        anchors.verticalCenter: circle.verticalCenter
+        y: Math.max(14, (70 - implicitHeight) / 2)
         spacing: 3
 
         QuireText {
@@ -45,6 +47,9 @@ Item {
         }
         QuireText {
             width: parent.width
+            wrapMode: Text.Wrap // why something failed may take more than a line
+            lineHeight: lineCount > 1 ? 1.3 : 1
+            maximumLineCount: 8
             elide: Text.ElideRight
             text: empty.detail
             size: 12

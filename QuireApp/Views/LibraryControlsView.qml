@@ -45,6 +45,7 @@ Item {
         anchors.right: sort.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
+        small: true
         symbol: "plus"
         text: controls.addText
         toolTipText: controls.addToolTip
@@ -57,6 +58,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         width: 96
+        height: 24 // as the button beside it
         accessibleLabel: "Sort library"
         choices: controls.library.sorts
         selectedWord: controls.library.selectedSort

@@ -79,9 +79,10 @@ FocusScope {
         anchors.fill: parent
         visible: view.library.showsAudiobooks
         titles: view.library.audiobooks
+        headGap: view.library.showsAudibleCatalog ? 24 : 26
         head: Column {
             width: parent ? parent.width : 0
-            spacing: 24
+            spacing: 22
 
             LibraryControlsView {
                 width: parent.width

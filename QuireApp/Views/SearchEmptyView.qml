@@ -21,6 +21,8 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
+        maximumLineCount: 8
+        elide: Text.ElideRight
         text: empty.message
         color: Theme.secondary
     }

@@ -27,6 +27,11 @@ QByteArray plainPicture(const QColor &color)
 
 ViewsFixture::ViewsFixture()
 {
+    for (QUrl ServiceEndpoints::*service : {&ServiceEndpoints::goodreads, &ServiceEndpoints::audibleAPI,
+             &ServiceEndpoints::audibleWeb, &ServiceEndpoints::openLibrary, &ServiceEndpoints::openLibraryCovers,
+             &ServiceEndpoints::appleBooks, &ServiceEndpoints::netlify, &ServiceEndpoints::update}) {
+        m_endpoints.*service = m_covers.origin();
+    }
     m_covers.route(u"/page", testing::LoopbackReply::ok("<!DOCTYPE html><html></html>", "image/png"));
     m_library.open();
     m_library.close();
@@ -63,6 +68,15 @@ void ViewsFixture::showToast(const QString &text)
     if (text.isEmpty()) {
         m_library.clock().advance(std::chrono::seconds(4));
     }
+}
+
+void ViewsFixture::serveBooks(int count)
+{
+    QByteArrayList books;
+    for (int number = 1; number <= count; ++number) {
+        books.append(QStringLiteral(R"({"key": "/works/OL%1W", "title": "Found %1"})").arg(number).toUtf8());
+    }
+    m_covers.route(u"/search.json", testing::LoopbackReply::ok(R"({"docs": [)" + books.join(',') + "]}"));
 }
 
 void ViewsFixture::showNotice(const QString &title, const QString &message)

@@ -60,6 +60,8 @@ public:
     Q_INVOKABLE QUrl coverAddress(const QColor &color);
     Q_INVOKABLE QUrl pageAddress() const { return m_covers.url(u"/page"); }
     Q_INVOKABLE int coverRequests() const { return int(m_covers.requests().size()); }
+    // What the catalogue of books has, whatever is searched for.
+    Q_INVOKABLE void serveBooks(int count);
     RemoteCoverLoader &remoteCovers() { return m_remoteCovers; }
 
 private:
