@@ -185,6 +185,10 @@ FocusScope {
             }
 
             T.ScrollBar.vertical: QuireScrollBar {}
+
+            KeyboardFollower {
+                page: form
+            }
         }
 
         Row {

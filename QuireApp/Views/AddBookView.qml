@@ -203,6 +203,10 @@ FocusScope {
             }
 
             T.ScrollBar.vertical: QuireScrollBar {}
+
+            KeyboardFollower {
+                page: form
+            }
         }
 
         Row {

@@ -45,6 +45,8 @@ Item {
         detail: pane.emptyDetail
     }
     ListView {
+        id: list
+
         anchors.fill: parent
         visible: !pane.search.isSearching && pane.search.errorMessage.length === 0
         model: pane.results
@@ -53,7 +55,12 @@ Item {
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
+        cacheBuffer: 2000 // all of them, so that Tab reaches each
 
         T.ScrollBar.vertical: QuireScrollBar {}
+
+        KeyboardFollower {
+            page: list
+        }
     }
 }

@@ -32,6 +32,9 @@ Item {
         clip: interactive
         activeFocusOnTab: interactive
 
+        Accessible.role: Accessible.Grouping
+        Accessible.name: "Summary"
+
         Keys.onUpPressed: scroller.flick(0, 400)
         Keys.onDownPressed: scroller.flick(0, -400)
 

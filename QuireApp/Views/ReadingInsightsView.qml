@@ -17,8 +17,24 @@ Flickable {
     contentWidth: width
     contentHeight: page.height + 26 + 32
     boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: contentHeight > height // there may be no card on it to take the keyboard
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Reading insights"
+
+    Keys.onUpPressed: view.flick(0, 600)
+    Keys.onDownPressed: view.flick(0, -600)
 
     T.ScrollBar.vertical: QuireScrollBar {}
+
+    FocusRing {
+        parent: view
+        control: view
+        anchors.margins: 4
+    }
+    KeyboardFollower {
+        page: view
+    }
 
     Column {
         id: page

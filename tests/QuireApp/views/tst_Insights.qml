@@ -1,0 +1,80 @@
+import QtQuick
+import QtTest
+
+import Quire
+
+Item {
+    id: root
+
+    width: 702
+    height: 500
+
+    ReadingInsightsView {
+        id: view
+
+        anchors.fill: parent
+        insights: fixture.shell.insights
+    }
+
+    InsightEmptyState {
+        id: empty
+
+        width: 300
+        z: 1
+        systemImage: "exclamationmark.triangle"
+        title: "Book Search Failed"
+        detail: "Enter at least two characters."
+    }
+
+    TestCase {
+        name: "ReadingInsightsView"
+        when: windowShown
+
+        // The shown items below whose accessible name begins with that.
+        function allNamed(start, item = view, found = []) {
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i];
+                if (!child.visible)
+                    continue;
+                if (child.Accessible.name.startsWith(start) && !child.Accessible.ignored)
+                    found.push(child);
+                allNamed(start, child, found);
+            }
+            return found;
+        }
+
+        function inSight(item) {
+            const top = item.mapToItem(root, 0, 0).y;
+            return top >= 0 && top + item.height <= root.height;
+        }
+
+        function test_theKeyboardScrollsThePage() {
+            view.contentY = 0;
+            view.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Down);
+            tryVerify(() => view.contentY > 50);
+            keyClick(Qt.Key_Up);
+            tryVerify(() => view.contentY === 0);
+        }
+
+        function test_aCardThatTheKeyboardComesToIsInSight() {
+            const cards = allNamed("View details for");
+            verify(cards.length > 2);
+            verify(!inSight(cards[0]), "the recent finishes are at the foot");
+            view.forceActiveFocus(Qt.TabFocusReason);
+            for (const card of cards) {
+                keyClick(Qt.Key_Tab);
+                verify(card.activeFocus);
+                verify(inSight(card));
+            }
+        }
+
+        function test_aLongReasonIsReadInFull() {
+            compare(empty.height, 70);
+            empty.detail = "The catalogue answered in a way that is not understood. ".repeat(4);
+            tryVerify(() => empty.height > 100);
+            empty.detail = "A page of an error. ".repeat(5000);
+            tryVerify(() => empty.height > 150 && empty.height < 250);
+        }
+    }
+}
