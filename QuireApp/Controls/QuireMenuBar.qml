@@ -28,6 +28,7 @@ T.MenuBar {
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: item.words
+        Accessible.onPressAction: item.triggered()
 
         background: Rectangle {
             radius: 6

@@ -19,6 +19,12 @@ T.MenuItem {
     hoverEnabled: true
     opacity: entry.enabled ? 1 : 0.45
 
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: entry.text
+    Accessible.checkable: entry.checkable
+    Accessible.checked: entry.checked
+    Accessible.onPressAction: entry.clicked()
+
     background: Rectangle {
         radius: 6
         color: entry.highlighted && entry.enabled ? Theme.menuHover : "transparent"

@@ -1,5 +1,6 @@
 #include "QuireApp/QuireApp/MainWindow.h"
 
+#include "QuireApp/Accessibility/ButtonAccessible.h"
 #include "QuireApp/QuireApp/LaunchSurfaces.h"
 #include "QuireApp/Theme/Theme.h"
 
@@ -19,6 +20,7 @@ constexpr std::chrono::milliseconds longestWaitForFrame{500};
 MainWindow::MainWindow(const Theme &theme)
     : m_surfaces(new LaunchSurfaces(theme, *contentItem()))
 {
+    ButtonAccessible::install(); // a screen reader comes in by this window
     setObjectName(QStringLiteral("main"));
     setTitle(QStringLiteral("Quire"));
     setMinimumSize({920, 700});

@@ -1,6 +1,7 @@
 import unittest
 
 from quire_driver import ProgramTestCase
+from quire_driver.controls import Announcements
 from quire_world import OldBook
 
 
@@ -89,6 +90,49 @@ class Navigation(ProgramTestCase):
         self.assertTrue(books.is_checked)
         program.keys("space")
         self.eventually(lambda: not books.is_checked)
+
+    def test_control_f_brings_the_keyboard_to_the_search(self):
+        program = self.start()
+        program.open_tab("Books")
+        program.wait_for_cards("The Salt Road")
+        program.keys("ctrl+f")
+        self.eventually(lambda: program.focused().name == "Search library")
+        program.type("winters")
+        program.wait_for_text("No titles found")
+
+    def test_what_cannot_be_used_tells_a_screen_reader_so(self):
+        announcements = Announcements.of_usable_buttons()
+        self.addCleanup(announcements.end)
+        program = self.start()
+        program.open_tab("Books")
+        program.find("Add Book", role="push button").press()
+        panel = program.find("Add Book", role="dialog")
+        panel.find("Enter Manually").click()
+        add = panel.find("Add Book", role="push button")
+        self.assertFalse(add.is_enabled)
+        panel.find("Title", role="text").click()
+        program.type("Emma")
+        panel.find("Author", role="text").click()
+        program.type("Austen")
+        self.eventually(lambda: add.is_enabled)
+        self.eventually(lambda: "Add Book" in announcements.heard, "its use was not announced")
+        panel.find("Close").press()
+        program.wait_gone("Add Book", role="dialog")
+        program.keys("alt+v")
+        self.assertFalse(program.find("Next Library Page", role="menu item").is_enabled)
+        self.assertTrue(program.find("Sort Library", role="menu item").is_enabled)
+        program.keys("Escape")
+
+    def test_toasts_and_notices_are_announced(self):
+        self.services.netlify.pause = 2  # what follows the sync has a toast of its own
+        announcements = Announcements.of_alerts()
+        self.addCleanup(announcements.end)
+        program = self.start()
+        program.keys("ctrl+r")
+        # Listening all the while: a toast that has gone has no name.
+        self.eventually(lambda: "Synced 0 Goodreads titles" in announcements.heard, "no toast was heard", 30)
+        program.keys("ctrl+shift+b")
+        self.eventually(lambda: "Quire Database Backed Up" in announcements.heard, "no notice was heard", 30)
 
     def test_the_smallest_window_still_holds_everything(self):
         program = self.start()

@@ -78,6 +78,10 @@ class Control:
         return self._has(Atspi.StateType.FOCUSED)
 
     @property
+    def is_enabled(self) -> bool:
+        return self._has(Atspi.StateType.ENABLED) and self._has(Atspi.StateType.SENSITIVE)
+
+    @property
     def frame(self) -> tuple[int, int, int, int]:
         """Left, top, width and height on the screen."""
         extents = self._accessible.get_extents(Atspi.CoordType.SCREEN)
@@ -187,6 +191,41 @@ class Control:
 
     def __repr__(self) -> str:
         return f"<{self.role} {self.name!r}>"
+
+
+class Announcements:
+    """What a screen reader is told of by itself: the names of what has come into a state, in their order."""
+
+    def __init__(self, state: str, role: Atspi.Role) -> None:
+        self._event = f"object:state-changed:{state}"
+        self._role = role
+        self._heard: list[str] = []
+        self._listener = Atspi.EventListener.new(self._hear)
+        self._listener.register(self._event)
+
+    @classmethod
+    def of_alerts(cls) -> Announcements:
+        return cls("showing", Atspi.Role.ALERT)
+
+    @classmethod
+    def of_usable_buttons(cls) -> Announcements:
+        return cls("enabled", Atspi.Role.PUSH_BUTTON)
+
+    def _hear(self, event: Atspi.Event) -> None:
+        try:
+            if event.detail1 and event.source.get_role() == self._role:
+                self._heard.append(event.source.get_name())
+        except GLib.Error:
+            pass  # it has gone again
+
+    @property
+    def heard(self) -> list[str]:
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return list(self._heard)
+
+    def end(self) -> None:
+        self._listener.deregister(self._event)
 
 
 def application(pid: int) -> Control | None:
