@@ -105,7 +105,7 @@ read -ra command < <(entry)
 show_on_virtual_screen "$folder/quire.png" as_reader "${command[@]}" 2>"$said" || die "it failed: $(cat "$said")"
 [ ! -s "$said" ] || die "it complained: $(cat "$said")"
 library=$root/home/reader/.local/share/Quire/quire.db
-[ -s "$library" ] || die "it made no library"
+"${rights[@]}" test -s "$library" || die "it made no library"
 
 say "Starting it without a part of the toolkit"
 (in_root dpkg --remove --force-depends qml6-module-qtquick-templates) >>"$folder/install.log" 2>&1
@@ -118,6 +118,6 @@ say "Purging it"
 (in_root dpkg --purge quire) >>"$folder/install.log" 2>&1 || die "purging failed: see $folder/install.log"
 left=$(left_over)
 [ -z "$left" ] || die "it left behind: $left"
-[ -s "$library" ] || die "the reader's library is gone"
+"${rights[@]}" test -s "$library" || die "the reader's library is gone"
 "${rights[@]}" rm -rf "$root"
 say "Nothing is left of it but the reader's library"
