@@ -10,6 +10,7 @@ set(QUIRE_SAMPLE_DATA "" CACHE PATH
 option(QUIRE_WARNINGS_AS_ERRORS "Stop on the first compiler warning" OFF)
 option(QUIRE_BUILD_BENCHMARKS "Build the benchmarks in bench/" OFF)
 option(QUIRE_FUZZ "Build the fuzzers in fuzz/; needs clang" OFF)
+option(QUIRE_HARDENED "Compile and link for what is installed: position independent, checked, read-only" OFF)
 set(QUIRE_TEST_PATIENCE 1 CACHE STRING "How many times its ordinary time a test may take")
 set(QUIRE_SANITIZE "" CACHE STRING "Comma-separated sanitizers, as -fsanitize takes them")
 
@@ -19,4 +20,17 @@ if(QUIRE_SANITIZE)
 endif()
 if(QUIRE_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+# Of the Debian hardening guide; FORTIFY_SOURCE needs an optimised build.
+if(QUIRE_HARDENED)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|amd64|AMD64")
+        add_compile_options(-fcf-protection)
+    endif()
+    add_link_options(-Wl,-z,relro,-z,now)
 endif()

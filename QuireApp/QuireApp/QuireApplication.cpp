@@ -98,10 +98,13 @@ QuireApplication::~QuireApplication()
 bool QuireApplication::openViews(MainWindow &window)
 {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quire/MainView.qml")));
-    m_views.reset(qobject_cast<QQuickItem *>(
-        component.createWithInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}})));
+    if (component.isReady()) { // one that is not would end the program where it stands
+        m_views.reset(qobject_cast<QQuickItem *>(
+            component.createWithInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&m_shell)}})));
+    }
     if (!m_views) {
-        qCritical("The views could not be made: %s", qPrintable(component.errorString()));
+        qCritical("Quire cannot show its window: a part of Qt is missing or does not fit.\n%s",
+            qPrintable(component.errorString().trimmed()));
         return false;
     }
     window.showViews(*m_views);

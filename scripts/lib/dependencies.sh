@@ -3,18 +3,17 @@
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(
-    clang-16 lld-16 g++ cmake ninja-build ccache pkg-config git ca-certificates
+    clang-16 lld-16 g++ cmake ninja-build ccache pkg-config git
     qt6-base-dev qt6-base-dev-tools qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     libgl1-mesa-dev qcoro-qt6-dev libsqlite3-dev libssl-dev libavif-dev bootstrap-icons
-    libgtest-dev libgmock-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev librsvg2-bin
 )
 
+# The Debian package depends on the same, and on the libraries that it is linked with.
 packages_run=(
-    tzdata qt6-image-formats-plugins
+    tzdata ca-certificates qt6-image-formats-plugins
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
-    qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
-    qml6-module-qtquick-templates qml6-module-qtquick-window
-    libgl1-mesa-dri libegl1
+    qml6-module-qtquick qml6-module-qtquick-templates
 )
 
 # The families that the interface offers, or their nearest free relatives.
@@ -34,8 +33,14 @@ packages_demo=(python3 python3-gi python3-gi-cairo gir1.2-pango-1.0)
 packages_test=(
     libclang-rt-16-dev llvm-16 qml6-module-qttest
     python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi at-spi2-core dbus dbus-x11
-    python3-html5lib sqlite3 "${packages_headless[@]}"
+    python3-html5lib sqlite3 appstream desktop-file-utils mandoc "${packages_headless[@]}"
 )
+
+# What makes the Debian package and judges it.
+packages_package=(dpkg-dev file lintian man-db)
+
+# A bare Debian to try the package in.
+packages_try=(debootstrap "${packages_headless[@]}")
 
 # What the benchmarks are measured against.
 packages_bench=(sqlite3)

@@ -1,6 +1,7 @@
 import unittest
 
 from quire_driver import ProgramTestCase
+from quire_driver.windows import class_of, icons_of, windows_of
 from quire_world import OldBook
 
 
@@ -69,6 +70,19 @@ class Start(ProgramTestCase):
         first.quit()
         second = self.start()
         second.wait_for_text("No titles found")
+
+    def test_the_window_shows_its_desktop_the_icon_and_the_menu_entry(self):
+        program = self.start()
+        window = windows_of(program.pid, "^Quire$")[-1]
+        icons = icons_of(window)
+        self.assertEqual(sorted((width, height) for width, height, _ in icons),
+                         [(size, size) for size in (16, 24, 32, 48, 64, 128)])
+        for width, height, pixels in icons:
+            self.assertEqual(pixels[0] >> 24, 0, "its corners are round")
+            middle_of_the_top = pixels[height // 8 * width + width // 2]
+            self.assertEqual(middle_of_the_top >> 24, 255)
+            self.assertGreater(middle_of_the_top & 0xff, middle_of_the_top >> 16 & 0xff, "its wall is blue")
+        self.assertEqual(class_of(window), ["quire", "Quire"])
 
     def test_the_window_also_draws_on_the_graphics_card_path(self):
         self.home.write_settings(selectedTab="books")

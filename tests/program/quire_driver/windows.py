@@ -1,5 +1,5 @@
 """What the driver asks of the X server beside keys and mouse: that a window close, as its title bar would
-ask it, and that letters beyond the keyboard's own have a key."""
+ask it, what a window tells its desktop, and that letters beyond the keyboard's own have a key."""
 
 import ctypes
 from collections.abc import Iterator
@@ -28,6 +28,11 @@ _x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
 _x11.XInternAtom.restype = ctypes.c_ulong
 _x11.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
 _x11.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long, ctypes.POINTER(_Event)]
+_x11.XGetWindowProperty.argtypes = [
+    ctypes.c_void_p, ctypes.c_ulong, ctypes.c_ulong, ctypes.c_long, ctypes.c_long, ctypes.c_int, ctypes.c_ulong,
+    ctypes.POINTER(ctypes.c_ulong), ctypes.POINTER(ctypes.c_int), ctypes.POINTER(ctypes.c_ulong),
+    ctypes.POINTER(ctypes.c_ulong), ctypes.POINTER(ctypes.c_void_p)]
+_x11.XFree.argtypes = [ctypes.c_void_p]
 _x11.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
 _x11.XKeysymToKeycode.restype = ctypes.c_ubyte
 _x11.XKeycodeToKeysym.argtypes = [ctypes.c_void_p, ctypes.c_ubyte, ctypes.c_int]
@@ -54,6 +59,35 @@ def ask_to_close(window: int) -> None:
         event.message.format = 32
         event.message.data[0] = _x11.XInternAtom(display, b"WM_DELETE_WINDOW", 0)
         _x11.XSendEvent(display, window, 0, 0, ctypes.byref(event))
+
+
+def _property(window: int, name: str) -> list[int]:
+    """The numbers, or the bytes, that a window has under that name; none when it has nothing there."""
+    kind, width, count, left, data = (
+        ctypes.c_ulong(), ctypes.c_int(), ctypes.c_ulong(), ctypes.c_ulong(), ctypes.c_void_p())
+    with _display() as display:
+        _x11.XGetWindowProperty(
+            display, window, _x11.XInternAtom(display, name.encode(), 0), 0, 1 << 20, 0, 0, ctypes.byref(kind),
+            ctypes.byref(width), ctypes.byref(count), ctypes.byref(left), ctypes.byref(data))
+        item = {8: ctypes.c_ubyte, 16: ctypes.c_ushort, 32: ctypes.c_ulong}.get(width.value)
+        found = list((item * count.value).from_address(data.value)) if item and data.value else []
+        _x11.XFree(data)
+    return found
+
+
+def icons_of(window: int) -> list[tuple[int, int, list[int]]]:
+    """The icons that a window shows its desktop: width, height, and the pixels row by row as 0xAARRGGBB."""
+    numbers, icons = _property(window, "_NET_WM_ICON"), []
+    while numbers:
+        width, height = numbers[:2]
+        icons.append((width, height, [pixel & 0xffffffff for pixel in numbers[2:2 + width * height]]))
+        numbers = numbers[2 + width * height:]
+    return icons
+
+
+def class_of(window: int) -> list[str]:
+    """By which a desktop finds a window's menu entry: the name of the instance, and that of the class."""
+    return bytes(_property(window, "WM_CLASS")).decode().split("\0")[:2]
 
 
 def _keysym(letter: str) -> int:
