@@ -19,6 +19,7 @@ QuireMenu {
         delegate: QuireMenuItem {
             required property string word
             required property string title
+            required family
 
             text: title
             checkable: true

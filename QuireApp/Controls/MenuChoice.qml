@@ -15,14 +15,20 @@ T.AbstractButton {
 
     signal chosen(string word)
 
+    property int reason: Qt.OtherFocusReason // for having the keyboard, before the list opened
+
     implicitWidth: 96
     implicitHeight: 28
     leftPadding: 12
     rightPadding: 26
     text: choice.choices.titleOf(choice.selectedWord)
+    opacity: choice.enabled ? 1 : 0.45
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    onClicked: list.open()
+    onClicked: {
+        choice.reason = choice.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
+        list.open();
+    }
 
     Keys.onReturnPressed: choice.clicked()
     Keys.onEnterPressed: choice.clicked()
@@ -53,6 +59,7 @@ T.AbstractButton {
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         text: choice.text
+        font.family: choice.choices.familyOf(choice.selectedWord) || Theme.fontFamily
         weight: Font.Medium
         Accessible.ignored: true
     }
@@ -71,9 +78,12 @@ T.AbstractButton {
 
         x: choice.width - width
         y: choice.height + 4
+        width: Math.max(implicitWidth, choice.width)
         choices: choice.choices
         selectedWord: choice.selectedWord
         onChosen: word => choice.chosen(word)
-        onOpened: currentIndex = choice.choices.rowOf(choice.selectedWord)
+        // Not only when it has faded in: a key that is pressed at once goes on from here.
+        onClosed: choice.forceActiveFocus(choice.reason)
+        onAboutToShow: currentIndex = choice.choices.rowOf(choice.selectedWord)
     }
 }

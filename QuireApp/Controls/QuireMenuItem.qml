@@ -10,6 +10,7 @@ T.MenuItem {
 
     property string shortcutText
     property string symbol // where the check is
+    property string family // of the words; empty for that of the interface
 
     implicitWidth: title.implicitWidth + shortcut.implicitWidth + (shortcut.visible ? 24 : 0) + leftPadding
         + rightPadding
@@ -36,6 +37,7 @@ T.MenuItem {
 
             anchors.verticalCenter: parent.verticalCenter
             text: entry.text
+            font.family: entry.family.length > 0 ? entry.family : Theme.fontFamily
             Accessible.ignored: true
         }
         QuireText {

@@ -24,7 +24,9 @@ namespace {
 
 WindowTraits traits(const QWindow &window)
 {
-    return {window.objectName(), window.title(), WindowTraits::Kind::Ordinary};
+    const bool isColorPanel = window.objectName() == QLatin1String("color-panel");
+    return {window.objectName(), window.title(),
+        isColorPanel ? WindowTraits::Kind::ColorPanel : WindowTraits::Kind::Ordinary};
 }
 
 // The file is there afterwards, empty if it was not; what cannot be made is
@@ -65,7 +67,7 @@ QuireApplication::QuireApplication(QQmlEngine &engine, Theme &theme)
     : m_endpoints(ServiceEndpoints::read())
     , m_model(std::make_unique<LibraryStore>(m_clock, std::nullopt, importsLegacyBooks),
           AppDirectories::supportDirectory(), dependencies())
-    , m_shell(m_model, m_desktop.alerts(), m_desktop.folderPicker(), facts())
+    , m_shell(m_model, m_clock, m_desktop.alerts(), m_desktop.folderPicker(), facts())
     , m_prewarmer(m_model)
     , m_remoteCovers(m_network)
     , m_theme(theme)
@@ -146,6 +148,7 @@ AppModelDependencies QuireApplication::dependencies()
 
 void QuireApplication::quit()
 {
+    m_shell.appearance()->finishAccentSave(); // picked a moment ago, and the library is about to close
     if (m_appDelegate.applicationShouldTerminate() == TerminateReply::Now) {
         QCoreApplication::exit();
     }

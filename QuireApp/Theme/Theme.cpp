@@ -58,6 +58,11 @@ void Theme::setAppearance(
     }
 }
 
+QColor Theme::foregroundOn(const QColor &surface) const
+{
+    return ThemePalette::foregroundOnAccent({surface.redF(), surface.greenF(), surface.blueF()});
+}
+
 int Theme::capitalsDrop(const QString &family, int size) const
 {
     return InterfaceFonts::capitalsDrop(family, size);
@@ -75,8 +80,7 @@ QColor Theme::menuHover() const
 
 QColor Theme::onMetricCard() const
 {
-    const QColor card = metricCard();
-    return ThemePalette::foregroundOnAccent({card.redF(), card.greenF(), card.blueF()});
+    return foregroundOn(metricCard());
 }
 
 QColor Theme::hairline() const

@@ -85,6 +85,9 @@ public:
     // The accent over white, for the factors that have no name above.
     Q_INVOKABLE QColor accentTint(double factor) const { return tint(factor); }
 
+    // Symbols on a surface of any colour, by the rule of prominent buttons.
+    Q_INVOKABLE QColor foregroundOn(const QColor &surface) const;
+
     // See InterfaceFonts::capitalsDrop.
     Q_INVOKABLE int capitalsDrop(const QString &family, int size) const;
 

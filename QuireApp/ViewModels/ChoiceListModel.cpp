@@ -40,6 +40,12 @@ QString ChoiceListModel::titleOf(const QString &word) const
     return row < 0 ? QString() : m_choices.at(row).title;
 }
 
+QString ChoiceListModel::familyOf(const QString &word) const
+{
+    const int row = rowOf(word);
+    return row < 0 ? QString() : m_choices.at(row).family;
+}
+
 int ChoiceListModel::rowOf(const QString &word) const
 {
     const auto found = std::find_if(
@@ -71,6 +77,8 @@ QVariant ChoiceListModel::data(const QModelIndex &index, int role) const
         return choice.title;
     case SymbolRole:
         return choice.symbol;
+    case FamilyRole:
+        return choice.family;
     default:
         return {};
     }
@@ -82,6 +90,7 @@ QHash<int, QByteArray> ChoiceListModel::roleNames() const
         {WordRole, QByteArrayLiteral("word")},
         {TitleRole, QByteArrayLiteral("title")},
         {SymbolRole, QByteArrayLiteral("symbol")},
+        {FamilyRole, QByteArrayLiteral("family")},
     };
 }
 

@@ -1,5 +1,6 @@
 // A short list to choose from: sections, shelves, sorts, tabs of the settings.
-// Each choice has the word it is known by, the title shown and a symbol.
+// Each choice has the word it is known by, the title shown, a symbol, and the font
+// family that it is shown in.
 //
 // Thread: interface thread.
 
@@ -17,6 +18,7 @@ struct Choice
     QString word;
     QString title;
     QString symbol; // empty for none
+    QString family = {}; // empty for that of the interface
 
     bool operator==(const Choice &) const = default;
 };
@@ -34,6 +36,7 @@ public:
         WordRole = Qt::UserRole + 1,
         TitleRole,
         SymbolRole,
+        FamilyRole,
     };
     Q_ENUM(Role)
 
@@ -47,6 +50,8 @@ public:
 
     // The title of a word; empty for a word that is not in the list.
     Q_INVOKABLE QString titleOf(const QString &word) const;
+    // The font family of a word, likewise.
+    Q_INVOKABLE QString familyOf(const QString &word) const;
     // The row of a word, -1 for one that is not in the list.
     Q_INVOKABLE int rowOf(const QString &word) const;
     Q_INVOKABLE QString wordAt(int row) const;

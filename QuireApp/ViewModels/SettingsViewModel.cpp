@@ -3,23 +3,23 @@
 #include "concurrency/Detach.h"
 #include "core/AppModel.h"
 #include "persistence/AppDirectories.h"
+#include "QuireApp/ViewModels/AppearanceViewModel.h"
 #include "QuireApp/ViewModels/LibraryTexts.h"
+#include "QuireApp/ViewModels/QuireSettingsTab.h"
 
 #include <QPointer>
 
 namespace quire {
 
-SettingsViewModel::SettingsViewModel(AppModel &model, QUrl helpHost, QObject *parent)
+SettingsViewModel::SettingsViewModel(AppModel &model, AppearanceViewModel &appearance, QUrl helpHost, QObject *parent)
     : QObject(parent)
     , m_model(model)
+    , m_appearance(appearance)
     , m_helpHost(std::move(helpHost))
-    , m_selectedTab(QStringLiteral("libraries"))
+    , m_selectedTab(rawValue(allQuireSettingsTabs.front()))
     , m_edit(SettingsEdit::of(model.settings()))
 {
-    m_tabs.setChoices({{m_selectedTab, QStringLiteral("Libraries"), QString()},
-        {QStringLiteral("goodreads"), QStringLiteral("Goodreads"), QString()},
-        {QStringLiteral("publishing"), QStringLiteral("Publishing"), QString()},
-        {QStringLiteral("data"), QStringLiteral("Data"), QString()}});
+    m_tabs.setChoices(settingsTabChoices());
     // What a window shows that was opened before are no settings of the library.
     connect(&m_model, &AppModel::isReadyChanged, this, &SettingsViewModel::load);
     connect(&m_model, &AppModel::isReadyChanged, this, &SettingsViewModel::isReadyChanged);
@@ -202,6 +202,7 @@ QString SettingsViewModel::lastUpdatedText() const
 void SettingsViewModel::load()
 {
     m_edit = SettingsEdit::of(m_model.settings());
+    m_appearance.load();
     Q_EMIT editChanged();
 }
 
@@ -268,6 +269,7 @@ void SettingsViewModel::openBackups()
 void SettingsViewModel::save()
 {
     if (m_model.isReady() && !m_isSaving) {
+        m_appearance.enterInto(m_edit);
         detach(saveEdit(m_edit));
     }
 }
@@ -278,12 +280,11 @@ QCoro::Task<> SettingsViewModel::saveEdit(SettingsEdit edit)
     setSaving(true);
     const auto saving = m_model.saveSettings(std::move(edit));
     const bool isSaved = co_await saving;
-    if (!self) {
-        co_return;
-    }
-    setSaving(false);
-    if (isSaved) {
-        Q_EMIT saved();
+    if (self) {
+        setSaving(false);
+        if (isSaved) {
+            Q_EMIT saved();
+        }
     }
 }
 

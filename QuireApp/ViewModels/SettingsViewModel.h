@@ -20,6 +20,7 @@
 
 namespace quire {
 
+class AppearanceViewModel;
 class AppModel;
 
 class SettingsViewModel : public QObject
@@ -68,8 +69,10 @@ class SettingsViewModel : public QObject
     Q_PROPERTY(bool isBackingUp READ isBackingUp NOTIFY backingUpChanged)
 
 public:
-    // model outlives this. helpHost: scheme and authority of the help pages.
-    SettingsViewModel(AppModel &model, QUrl helpHost, QObject *parent = nullptr);
+    // model and appearance outlive this. appearance: the buffers of its tab, which
+    // are loaded and saved with the others. helpHost: scheme and authority of the
+    // help pages.
+    SettingsViewModel(AppModel &model, AppearanceViewModel &appearance, QUrl helpHost, QObject *parent = nullptr);
 
     bool isReady() const;
     ChoiceListModel *tabs() { return &m_tabs; }
@@ -167,6 +170,7 @@ private:
     QUrl help(const QString &anchor) const;
 
     AppModel &m_model;
+    AppearanceViewModel &m_appearance;
     QUrl m_helpHost;
     ChoiceListModel m_tabs;
     QString m_selectedTab;

@@ -5,8 +5,8 @@
 
 namespace quire {
 
-ShellViewModel::ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker,
-    const ProgramFacts &facts, QObject *parent)
+ShellViewModel::ShellViewModel(AppModel &model, Clock &clock, AlertViewModel &alerts,
+    FolderPickerViewModel &folderPicker, const ProgramFacts &facts, QObject *parent)
     : QObject(parent)
     , m_model(model)
     , m_alerts(alerts)
@@ -14,7 +14,8 @@ ShellViewModel::ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPi
     , m_library(model)
     , m_activity(model)
     , m_insights(model)
-    , m_settings(model, facts.helpHost)
+    , m_appearance(model, clock, m_colorPanel)
+    , m_settings(model, m_appearance, facts.helpHost)
     , m_addBook(model)
     , m_addAudiobook(model)
     , m_bookDetail(model)

@@ -9,8 +9,10 @@
 #include "QuireApp/ViewModels/AddAudiobookViewModel.h"
 #include "QuireApp/ViewModels/AddBookViewModel.h"
 #include "QuireApp/ViewModels/AlertViewModel.h"
+#include "QuireApp/ViewModels/AppearanceViewModel.h"
 #include "QuireApp/ViewModels/AudiobookDetailViewModel.h"
 #include "QuireApp/ViewModels/BookDetailViewModel.h"
+#include "QuireApp/ViewModels/CustomColorPanelPresenter.h"
 #include "QuireApp/ViewModels/FolderPickerViewModel.h"
 #include "QuireApp/ViewModels/HelpViewModel.h"
 #include "QuireApp/ViewModels/InsightsViewModel.h"
@@ -32,6 +34,8 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::LibraryViewModel *library READ library CONSTANT)
     Q_PROPERTY(quire::ActivityViewModel *activity READ activity CONSTANT)
     Q_PROPERTY(quire::InsightsViewModel *insights READ insights CONSTANT)
+    Q_PROPERTY(quire::CustomColorPanelPresenter *colorPanel READ colorPanel CONSTANT)
+    Q_PROPERTY(quire::AppearanceViewModel *appearance READ appearance CONSTANT)
     Q_PROPERTY(quire::SettingsViewModel *settings READ settings CONSTANT)
     Q_PROPERTY(quire::AddBookViewModel *addBook READ addBook CONSTANT)
     Q_PROPERTY(quire::AddAudiobookViewModel *addAudiobook READ addAudiobook CONSTANT)
@@ -42,13 +46,15 @@ class ShellViewModel : public QObject
     Q_PROPERTY(quire::FolderPickerViewModel *folderPicker READ folderPicker CONSTANT)
 
 public:
-    // model, alerts and folderPicker outlive this.
-    ShellViewModel(AppModel &model, AlertViewModel &alerts, FolderPickerViewModel &folderPicker,
+    // All but the facts and the parent outlive this.
+    ShellViewModel(AppModel &model, Clock &clock, AlertViewModel &alerts, FolderPickerViewModel &folderPicker,
         const ProgramFacts &facts, QObject *parent = nullptr);
 
     LibraryViewModel *library() { return &m_library; }
     ActivityViewModel *activity() { return &m_activity; }
     InsightsViewModel *insights() { return &m_insights; }
+    CustomColorPanelPresenter *colorPanel() { return &m_colorPanel; }
+    AppearanceViewModel *appearance() { return &m_appearance; }
     SettingsViewModel *settings() { return &m_settings; }
     AddBookViewModel *addBook() { return &m_addBook; }
     AddAudiobookViewModel *addAudiobook() { return &m_addAudiobook; }
@@ -76,6 +82,8 @@ private:
     LibraryViewModel m_library;
     ActivityViewModel m_activity;
     InsightsViewModel m_insights;
+    CustomColorPanelPresenter m_colorPanel;
+    AppearanceViewModel m_appearance;
     SettingsViewModel m_settings;
     AddBookViewModel m_addBook;
     AddAudiobookViewModel m_addAudiobook;

@@ -11,6 +11,7 @@ T.ApplicationWindow {
     required property ShellViewModel shell
 
     function present() {
+        window.transientParent = null; // it may outlive the main window, which the toolkit made its parent
         window.show();
         window.raise();
         window.requestActivate();

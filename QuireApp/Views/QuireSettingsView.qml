@@ -10,6 +10,7 @@ FocusScope {
     id: view
 
     required property SettingsViewModel settings
+    required property AppearanceViewModel appearance
     required property bool canWork // the library is open, and no job runs
 
     signal dismissed
@@ -22,8 +23,8 @@ FocusScope {
         view.shownTab.firstField.forceActiveFocus();
     }
 
-    readonly property SettingsSection shownTab: libraries.visible ? libraries : goodreads.visible ? goodreads
-        : publishing.visible ? publishing : data
+    readonly property SettingsSection shownTab: appearanceTab.visible ? appearanceTab : libraries.visible ? libraries
+        : goodreads.visible ? goodreads : publishing.visible ? publishing : data
 
     focus: true
     Keys.onEscapePressed: view.dismissed()
@@ -81,6 +82,14 @@ FocusScope {
             interactive: contentHeight > height
             clip: interactive
 
+            AppearanceSettingsTab {
+                id: appearanceTab
+
+                width: scroller.width
+                visible: view.settings.selectedTab === "appearance"
+                appearance: view.appearance
+                isReady: view.settings.isReady
+            }
             LibrariesSettingsTab {
                 id: libraries
 

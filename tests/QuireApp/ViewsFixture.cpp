@@ -48,7 +48,7 @@ ViewsFixture::ViewsFixture()
     m_library.execute("INSERT INTO settings (key, value) VALUES ('selectedTab', 'books')");
     m_model = std::make_unique<AppModel>(std::make_unique<LibraryStore>(m_library.clock(), m_library.folder()),
         std::nullopt, AppModelDependencies{m_library.clock(), m_network, m_desktop, m_endpoints});
-    m_shell = std::make_unique<ShellViewModel>(*m_model, m_alerts, m_folderPicker,
+    m_shell = std::make_unique<ShellViewModel>(*m_model, m_library.clock(), m_alerts, m_folderPicker,
         ProgramFacts{QStringLiteral("1.2"), QStringLiteral("34"), QUrl(QStringLiteral("https://help.test")),
             QStringLiteral("maker@help.test")});
     await(m_model->start());
@@ -102,6 +102,24 @@ void ViewsFixture::store(const QString &key, const QString &value)
 {
     m_library.execute("INSERT OR REPLACE INTO settings (key, value) VALUES (?, ?)", {key, value});
     await(m_model->reload());
+}
+
+QString ViewsFixture::stored(const QString &key) const
+{
+    return m_library.scalar("SELECT value FROM settings WHERE key = ?", {key}).optionalString().value_or(QString());
+}
+
+void ViewsFixture::pass(int milliseconds)
+{
+    m_library.clock().advance(std::chrono::milliseconds(milliseconds));
+}
+
+void ViewsFixture::settle()
+{
+    for (int turn = 0; turn < 5; ++turn) {
+        QCoreApplication::processEvents();
+        await(m_model->reload()); // behind what was handed to the library before
+    }
 }
 
 QString ViewsFixture::selectedTitle() const

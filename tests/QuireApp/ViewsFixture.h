@@ -48,6 +48,11 @@ public:
     Q_INVOKABLE QString selectedTitle() const;
     // As a publication notes it, or an earlier run did.
     Q_INVOKABLE void store(const QString &key, const QString &value);
+    Q_INVOKABLE QString stored(const QString &key) const; // empty for none
+    // Lets that much time go by.
+    Q_INVOKABLE void pass(int milliseconds);
+    // Lets everything be written that is on its way to the library.
+    Q_INVOKABLE void settle();
     // What the reader will choose in the desktop's picker.
     Q_INVOKABLE void chooseNext(const QString &chosen) { m_desktop.answer = chosen; }
     QString folder() const { return m_folders.path(); }

@@ -1,5 +1,7 @@
 #include "ModelTest.h"
 #include "persistence/AppDirectories.h"
+#include "QuireApp/ViewModels/AppearanceViewModel.h"
+#include "QuireApp/ViewModels/CustomColorPanelPresenter.h"
 #include "QuireApp/ViewModels/SettingsViewModel.h"
 
 #include <QDir>
@@ -15,6 +17,8 @@ const QUrl helpHost(QStringLiteral("https://help.test"));
 
 class SettingsViewModelTest : public ModelTest
 {
+protected:
+    CustomColorPanelPresenter colorPanel;
 };
 
 TEST_F(SettingsViewModelTest, AStoredKeyIsNotShownAndSavingKeepsIt)
@@ -22,7 +26,8 @@ TEST_F(SettingsViewModelTest, AStoredKeyIsNotShownAndSavingKeepsIt)
     configureGoodreads();
     setStored(QStringLiteral("automaticGoodreadsSync"), QStringLiteral("0"));
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     EXPECT_EQ(settings.goodreadsUserID(), QStringLiteral("42"));
     EXPECT_EQ(settings.goodreadsKey(), QString());
@@ -39,7 +44,8 @@ TEST_F(SettingsViewModelTest, AStoredKeyIsNotShownAndSavingKeepsIt)
 TEST_F(SettingsViewModelTest, WhatIsEnteredReachesTheLibraryOnlyThroughSave)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     EXPECT_EQ(settings.goodreadsKeyPrompt(), QStringLiteral("RSS key from Goodreads"));
     settings.setGoodreadsUserID(QStringLiteral("7"));
@@ -60,7 +66,8 @@ TEST_F(SettingsViewModelTest, WhatIsEnteredReachesTheLibraryOnlyThroughSave)
 TEST_F(SettingsViewModelTest, AStoredTokenIsNotShownAndSavingKeepsIt)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     EXPECT_EQ(settings.netlifyTokenPrompt(), QStringLiteral("Token for the reading website"));
     const QSignalSpy saved(&settings, &SettingsViewModel::saved);
@@ -80,7 +87,8 @@ TEST_F(SettingsViewModelTest, AStoredTokenIsNotShownAndSavingKeepsIt)
 TEST_F(SettingsViewModelTest, WhatIsPublishedAndHowOftenIsStoredAsItIsTyped)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     EXPECT_EQ(settings.publishedPage(), QString());
     EXPECT_EQ(settings.publishInterval(), 15);
@@ -104,7 +112,8 @@ TEST_F(SettingsViewModelTest, WhatIsPublishedAndHowOftenIsStoredAsItIsTyped)
 TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     library.executeScript("CREATE TRIGGER refused BEFORE INSERT ON settings"
                           " BEGIN SELECT RAISE(ABORT, 'no settings here'); END;");
@@ -118,7 +127,8 @@ TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
 TEST_F(SettingsViewModelTest, TheFoldersOfTheReaderFillTheirBuffersAndNothingElse)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     EXPECT_EQ(settings.databaseFolderPath(), library.folder());
     desktop.answer = library.file(QStringLiteral("Büro 100%"));
@@ -136,7 +146,8 @@ TEST_F(SettingsViewModelTest, TheFoldersOfTheReaderFillTheirBuffersAndNothingEls
 TEST_F(SettingsViewModelTest, APickerThatIsCancelledLeavesTheBuffer)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.setBackupPath(QStringLiteral("/typed"));
 
     settings.chooseBackupFolder();
@@ -149,7 +160,8 @@ TEST_F(SettingsViewModelTest, APickerThatIsCancelledLeavesTheBuffer)
 TEST_F(SettingsViewModelTest, TheDefaultFoldersAreThoseOfTheProgram)
 {
     makeModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
 
     settings.useDefaultDatabaseFolder();
     settings.useDefaultBackupFolder();
@@ -161,7 +173,8 @@ TEST_F(SettingsViewModelTest, TheDefaultFoldersAreThoseOfTheProgram)
 TEST_F(SettingsViewModelTest, TheBackupFolderIsShownAsItIsTyped)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     const QString typed = library.file(QStringLiteral("Typed"));
     settings.setBackupPath(typed);
 
@@ -173,7 +186,8 @@ TEST_F(SettingsViewModelTest, TheBackupFolderIsShownAsItIsTyped)
 TEST_F(SettingsViewModelTest, ABackupGoesIntoTheFolderAsItIsTyped)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     const QString typed = library.file(QStringLiteral("Typed"));
     settings.setBackupPath(typed);
 
@@ -190,7 +204,8 @@ TEST_F(SettingsViewModelTest, ABackupGoesIntoTheFolderAsItIsTyped)
 TEST_F(SettingsViewModelTest, ABackupIntoARelativeFolderIsRefused)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.setBackupPath(QStringLiteral("backups"));
 
     settings.backUpDatabase();
@@ -204,7 +219,8 @@ TEST_F(SettingsViewModelTest, ABackupIntoARelativeFolderIsRefused)
 TEST_F(SettingsViewModelTest, TheRhythmOfBackupsIsStored)
 {
     startModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     settings.setBackupInterval(3);
     settings.setMaximumBackupFiles(7);
@@ -221,7 +237,8 @@ TEST_F(SettingsViewModelTest, AWindowThatWasOpenBeforeTheLibraryTakesItsSettings
 {
     setStored(QStringLiteral("goodreadsUserId"), QStringLiteral("12345"));
     makeModel();
-    SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
     settings.load();
     settings.save();
     settle();
@@ -238,7 +255,8 @@ TEST_F(SettingsViewModelTest, AWindowThatWasOpenBeforeTheLibraryTakesItsSettings
 TEST_F(SettingsViewModelTest, TheLinksLeadToTheHelpHost)
 {
     makeModel();
-    const SettingsViewModel settings(*model, helpHost);
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    const SettingsViewModel settings(*model, appearance, helpHost);
     EXPECT_EQ(
         settings.goodreadsUserIDHelp().toString(), QStringLiteral("https://help.test/quire/help.html#goodreads-setup"));
     EXPECT_EQ(settings.goodreadsKeyHelp().toString(), QStringLiteral("https://help.test/quire/help.html#rss-setup"));

@@ -403,6 +403,22 @@ TEST_F(AppModelEdits, ASavedAccentIsStoredInFiveSettings)
     EXPECT_EQ(model->notice(), std::nullopt);
 }
 
+TEST_F(AppModelEdits, ASavedAppearanceIsSeenBeforeItIsStored)
+{
+    startModel();
+
+    const auto savingAccent = model->saveAccentAppearance(AccentColorChoice::Cabin, false, {1, 0, 0.125});
+    const auto savingSidebar = model->saveSidebarAppearance(SidebarAppearance::Glass);
+
+    EXPECT_EQ(model->settings().accentColor, AccentColorChoice::Cabin);
+    EXPECT_EQ(model->settings().sidebarAppearance, SidebarAppearance::Glass);
+    EXPECT_TRUE(eventually([this] { return stored(QStringLiteral("sidebarAppearance")) == QStringLiteral("glass"); }));
+    EXPECT_EQ(stored(QStringLiteral("usesCustomAccentColor")), QStringLiteral("0"));
+    EXPECT_EQ(stored(QStringLiteral("customAccentRed")), QStringLiteral("1.0"));
+    EXPECT_EQ(stored(QStringLiteral("customAccentGreen")), QStringLiteral("0.0"));
+    EXPECT_EQ(stored(QStringLiteral("customAccentBlue")), QStringLiteral("0.125"));
+}
+
 TEST_F(AppModelEdits, AnAppearanceThatCannotBeStoredIsTakenBack)
 {
     startModel();

@@ -299,6 +299,22 @@ TEST_F(AppModelLaunchCache, AChangeOfLookRewritesTheSmallFileAlone)
     EXPECT_EQ(look->selectedTab, LibraryTab::Audio);
 }
 
+TEST_F(AppModelLaunchCache, ALookThatCouldNotBeStoredIsNotThatOfTheNextStart)
+{
+    startWithCache();
+    library.execute("CREATE TRIGGER full BEFORE INSERT ON settings BEGIN SELECT RAISE(ABORT, 'no room'); END");
+
+    await(model->saveSidebarAppearance(SidebarAppearance::Fjord));
+    await(model->saveAccentAppearance(AccentColorChoice::Pine, true, CustomAccentColor(1, 0, 0)));
+    end();
+
+    const auto look = cache.preferences();
+    ASSERT_TRUE(look);
+    EXPECT_EQ(look->sidebarAppearance, SidebarAppearance::Snow);
+    EXPECT_EQ(look->accentColor, AccentColorChoice::Fjord);
+    EXPECT_FALSE(look->usesCustomAccentColor);
+}
+
 TEST_F(AppModelLaunchCache, WithoutAFolderForItNothingIsReadOrWritten)
 {
     saveCache(library.databasePath(), 1);

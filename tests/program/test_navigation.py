@@ -85,11 +85,11 @@ class Navigation(ProgramTestCase):
     def test_settings_open_with_the_keyboard_in_the_first_control(self):
         program = self.start()
         program.keys("ctrl+comma")
-        books = program.find("Quire Settings", role="frame").find("Books", role="check box")
-        self.eventually(lambda: books.is_focused)
-        self.assertTrue(books.is_checked)
-        program.keys("space")
-        self.eventually(lambda: not books.is_checked)
+        sidebar = program.find("Quire Settings", role="frame").find("Sidebar", role="push button")
+        self.eventually(lambda: sidebar.is_focused)
+        self.assertEqual(sidebar.description, "Snow")
+        program.keys("space", "Down", "Return")
+        self.eventually(lambda: sidebar.description == "Fjord")
 
     def test_control_f_brings_the_keyboard_to_the_search(self):
         program = self.start()

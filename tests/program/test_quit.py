@@ -1,7 +1,7 @@
 import signal
 import unittest
 
-from quire_driver import ProgramTestCase
+from quire_driver import ProgramTestCase, Settings
 from quire_world import Answer, FeedBook, OldBook
 
 
@@ -24,6 +24,27 @@ class Quit(ProgramTestCase):
         program.find("Settings", role="push button").click()
         program.wait_for_text("Quire Settings")
         program.close_window("^Quire$")
+        self.assert_ended_cleanly(program)
+
+    def test_the_colour_panel_does_not_outlive_the_main_window(self):
+        program = self.start()
+        Settings(program, "Appearance")
+        program.find("Custom Color", role="push button").click()
+        program.find("Custom Color", role="frame")
+        program.close_window("^Quire$")
+        self.assert_ended_cleanly(program)
+
+    def test_help_outlives_the_main_window_and_ends_the_program_when_it_closes(self):
+        program = self.start()
+        program.find("Help", role="menu bar").click()
+        program.find("Quick Help in Quire", role="menu item").click()
+        program.find("Quire Help", role="frame")
+        program.close_window("^Quire$")
+        program.wait_gone("Quire", role="frame")
+        program.wait_until_idle()
+        self.assertTrue(program.is_running)
+        self.assertTrue(program.has("Quire Help", role="frame"))
+        program.close_window("^Quire Help$")
         self.assert_ended_cleanly(program)
 
     def test_a_running_session_is_not_clean(self):

@@ -14,6 +14,7 @@ Item {
 
         anchors.fill: parent
         settings: fixture.shell.settings
+        appearance: fixture.shell.appearance
         canWork: true
     }
 

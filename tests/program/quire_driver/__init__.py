@@ -16,10 +16,15 @@ Run one file alone with the program of any build:
 """
 
 from .case import ProgramTestCase
+from .colours import colour_at, colours, colours_of, contrast, fill_of
 from .controls import Control, NotFound
+from .desktop import Desktop
 from .portal import FolderPortal
 from .program import Program
 from .settings import Settings
 from .waiting import TookTooLong, wait_until
 
-__all__ = ["Control", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "Settings", "TookTooLong", "wait_until"]
+__all__ = [
+    "Control", "Desktop", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "Settings", "TookTooLong", "colour_at",
+    "colours", "colours_of", "contrast", "fill_of", "wait_until",
+]
