@@ -129,6 +129,10 @@ FocusScope {
                 onLogsRequested: view.logsRequested()
             }
 
+            KeyboardFollower {
+                page: scroller
+            }
+
             T.ScrollBar.vertical: QuireScrollBar {}
         }
 

@@ -76,6 +76,16 @@ Item {
             compare(field("Files").text, "20");
         }
 
+        function test_theKeyboardIsFollowedDownThePage() {
+            const last = allNamed("Open Logs")[0];
+            const foot = () => last.mapToItem(view, 0, last.height).y;
+            root.height = 420; // a window that a desktop made smaller than it asks for
+            tryVerify(() => foot() > root.height);
+            last.forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => foot() < allNamed("Save")[0].mapToItem(view, 0, 0).y);
+            root.height = 620;
+        }
+
         function test_oneIsADayAndMoreAreDays() {
             field("Days").forceActiveFocus();
             keyClick("2");
