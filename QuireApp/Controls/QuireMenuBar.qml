@@ -9,6 +9,14 @@ import Quire
 T.MenuBar {
     id: bar
 
+    function hasOpenMenu(): bool {
+        for (let place = 0; place < bar.count; ++place) {
+            if (bar.menuAt(place).visible)
+                return true;
+        }
+        return false;
+    }
+
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: 30
     leftPadding: 8
@@ -32,7 +40,7 @@ T.MenuBar {
 
         background: Rectangle {
             radius: 6
-            color: item.isOpen || item.hovered ? Theme.menuHover : "transparent"
+            color: item.isOpen || pointer.hovered ? Theme.menuHover : "transparent"
 
             FocusRing {
                 control: item
@@ -46,6 +54,20 @@ T.MenuBar {
             verticalAlignment: Text.AlignVCenter
             text: item.words
             Accessible.ignored: true
+        }
+
+        // The toolkit keeps the bar open when Escape has closed a menu whose title is hovered
+        // over: the next one that the pointer comes to would open without a click.
+        hoverEnabled: false
+
+        HoverHandler {
+            id: pointer
+
+            // While one menu is open the others follow the pointer.
+            onHoveredChanged: {
+                if (pointer.hovered && !item.isOpen && bar.hasOpenMenu())
+                    item.triggered();
+            }
         }
     }
 

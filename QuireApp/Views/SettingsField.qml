@@ -20,6 +20,7 @@ Item {
         maximumLineCount: 2
         elide: Text.ElideRight
         text: field.title
+        visible: text.length > 0
     }
     Item {
         id: slot

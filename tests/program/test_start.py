@@ -1,6 +1,6 @@
 import unittest
 
-from quire_driver import ProgramTestCase
+from quire_driver import GRAPHICS_CARD, ProgramTestCase
 from quire_driver.windows import class_of, icons_of, windows_of
 from quire_world import OldBook
 
@@ -87,9 +87,9 @@ class Start(ProgramTestCase):
     def test_the_window_also_draws_on_the_graphics_card_path(self):
         self.home.write_settings(selectedTab="books")
         self.home.write_books(OldBook("1", "The Salt Road"))
-        # The graphics driver is unloaded before leaks are sought, and cannot be told from us then.
-        program = self.start(QT_QUICK_BACKEND="rhi", LSAN_OPTIONS="detect_leaks=0")
+        program = self.start(QT_QUICK_BACKEND=GRAPHICS_CARD)
         program.wait_for_cards("The Salt Road")
+        self.assertIsNotNone(program.graphics, f"it drew by itself: {program.errors}")
         program.screenshot("start-graphics-card")
 
 

@@ -20,11 +20,12 @@ from .colours import colour_at, colours, colours_of, contrast, fill_of
 from .controls import Control, NotFound
 from .desktop import Desktop
 from .portal import FolderPortal
-from .program import Program
+from .program import GRAPHICS_CARD, SOFTWARE, Program
 from .settings import Settings
+from .tour import TourCase
 from .waiting import TookTooLong, wait_until
 
 __all__ = [
-    "Control", "Desktop", "FolderPortal", "NotFound", "Program", "ProgramTestCase", "Settings", "TookTooLong", "colour_at",
-    "colours", "colours_of", "contrast", "fill_of", "wait_until",
+    "Control", "Desktop", "FolderPortal", "GRAPHICS_CARD", "NotFound", "Program", "ProgramTestCase", "SOFTWARE", "Settings",
+    "TookTooLong", "TourCase", "colour_at", "colours", "colours_of", "contrast", "fill_of", "wait_until",
 ]

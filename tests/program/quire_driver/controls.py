@@ -66,8 +66,17 @@ class Control:
         return self._accessible.get_state_set().contains(state)
 
     @property
+    def states(self) -> list[str]:
+        """What is out of the ordinary about it: "checked", "selected", "disabled"."""
+        states = self._accessible.get_state_set()
+        words = [word for state, word in ((Atspi.StateType.CHECKED, "checked"), (Atspi.StateType.SELECTED, "selected"))
+                 if states.contains(state)]
+        return words if states.contains(Atspi.StateType.SENSITIVE) else [*words, "disabled"]
+
+    @property
     def is_shown(self) -> bool:
-        return self._has(Atspi.StateType.VISIBLE) and self._has(Atspi.StateType.SHOWING)
+        states = self._accessible.get_state_set()
+        return states.contains(Atspi.StateType.VISIBLE) and states.contains(Atspi.StateType.SHOWING)
 
     @property
     def is_checked(self) -> bool:
@@ -110,18 +119,30 @@ class Control:
         for child in children:
             yield from child.walk()
 
+    def walk_shown(self) -> Iterator[Control]:
+        """As walk(), of what is on the screen. What an invisible control holds is not even asked for."""
+        try:
+            states = self._accessible.get_state_set()
+            if not states.contains(Atspi.StateType.VISIBLE) and self.role != "application":
+                return
+            if states.contains(Atspi.StateType.SHOWING):
+                yield self
+            children = self.children
+        except GLib.Error:
+            return
+        for child in children:
+            yield from child.walk_shown()
+
     def all(self, name: str | None = None, role: str | None = None, starting: str | None = None,
             shown: bool = True, holding: str = "") -> list[Control]:
         """The controls below with that name (or one that starts so, or holds that) and role, without waiting."""
         found = []
-        for control in self.walk():
-            try:
-                if (name is None or control.name == name) and (starting is None or control.name.startswith(starting)) \
-                        and holding in control.name and (role is None or control.role == role) \
-                        and (not shown or control.is_shown):
-                    found.append(control)
-            except GLib.Error:
+        for control in self.walk_shown() if shown else self.walk():
+            if role is not None and control.role != role:
                 continue
+            called = control.name
+            if (name is None or called == name) and (starting is None or called.startswith(starting)) and holding in called:
+                found.append(control)
         return found
 
     def find(self, name: str | None = None, role: str | None = None, starting: str | None = None,

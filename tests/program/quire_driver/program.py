@@ -21,8 +21,13 @@ repository = Path(__file__).resolve().parents[3]
 
 CARD = "View details for "
 
-# What a healthy run may say on its standard error; everything else is a fault.
-harmless = re.compile(r"^\s*$")
+# What a healthy run may say on its standard error; everything else is a fault. The scene graph says how it
+# draws where it was asked to.
+harmless = re.compile(
+    r"^\s*$|^qt\.(scenegraph|rhi)\.general: |^  (Graphics API debug|QRhi profiling|Shader/pipeline cache)")
+
+# Every pixel by the processor, without a graphics driver; or as on a reader's desktop, through OpenGL.
+SOFTWARE, GRAPHICS_CARD = "software", "rhi"
 
 
 def program_file() -> Path:
@@ -44,9 +49,13 @@ class Program:
         environment = Desktop.shared().environment | home.environment() | {
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_QPA_PLATFORM": "xcb",
-            "QT_QUICK_BACKEND": os.environ.get("QUIRE_DRIVER_RENDERER", "software"),
+            "QT_QUICK_BACKEND": os.environ.get("QUIRE_DRIVER_RENDERER", SOFTWARE),
             "QT_SCALE_FACTOR": "1",
         } | (variables or {})
+        if environment["QT_QUICK_BACKEND"] != SOFTWARE:
+            environment["QSG_INFO"] = "1"
+            # The graphics driver is unloaded before leaks are sought, and cannot be told from us then.
+            environment["LSAN_OPTIONS"] = environment.get("LSAN_OPTIONS", "") + ":detect_leaks=0"
         self._process = subprocess.Popen(
             [program_file()], env=environment, cwd=home.folder, stdin=subprocess.DEVNULL, stdout=self._errors,
             stderr=self._errors)
@@ -214,6 +223,14 @@ class Program:
         """What it said on its standard output and error so far."""
         self._errors.seek(0)
         return self._errors.read().decode(errors="replace")
+
+    @property
+    def graphics(self) -> str | None:
+        """The OpenGL that its scene graph draws through, in the driver's words; nothing where it draws by itself."""
+        if "Using QRhi with backend OpenGL" not in self.errors:
+            return None
+        found = re.search(r"OpenGL VENDOR: (.+ VERSION: .+)", self.errors)
+        return found[1] if found else None
 
     @property
     def complaints(self) -> list[str]:
