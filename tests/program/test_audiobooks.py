@@ -1,12 +1,10 @@
 import json
 import sqlite3
-import struct
 import unittest
-import zlib
 from contextlib import closing
 
 from quire_driver import FolderPortal, ProgramTestCase, Settings
-from quire_world import Answer, AudioTitle, CatalogueBook, OldBook, OwnedAudiobook, write_audio_library
+from quire_world import Answer, AudioTitle, CatalogueBook, OldBook, OwnedAudiobook, picture, write_audio_library
 
 LONG = "The Collected Letters of a Lighthouse Keeper to the Sea, With the Replies of the Sea, Volume the Third: " \
     "Being the Winter in Which Nobody Came"
@@ -15,16 +13,6 @@ TIDEWATER = OwnedAudiobook("B1", "Tidewater", series="Coast Songs", number=2, pe
 SALT_ROAD = OwnedAudiobook("B2", "The Salt Road", percent=100, started=True, finished=True)
 GLASS_ORCHARD = OwnedAudiobook("B3", "The Glass Orchard")
 OWNED = [TIDEWATER, SALT_ROAD, GLASS_ORCHARD]
-
-
-def picture(width=300, height=300, colour=(180, 70, 50)) -> bytes:
-    """A PNG that is all of one colour."""
-    def chunk(kind: bytes, data: bytes) -> bytes:
-        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
-
-    rows = (b"\0" + bytes(colour) * width) * height
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)) \
-        + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b"")
 
 
 class Audiobooks(ProgramTestCase):

@@ -52,7 +52,7 @@ def line(control: Control) -> str:
         words += f": {description}"
     if role in {"text", "password text"} and (text := control.text):
         words += f" = {text!r}"
-    states = control.states
+    states = [state for state in control.states if (role, state) != ("push button", "checked")]  # its words tell
     return words + (f" ({', '.join(states)})" if states else "")
 
 

@@ -13,7 +13,7 @@ from typing import Any
 from urllib.parse import unquote
 
 from .netlify import TOKEN
-from .older_library import OldBook, write_credentials, write_older_library
+from .older_library import OldAudiobook, OldBook, write_credentials, write_older_library
 
 
 class Home:
@@ -109,6 +109,10 @@ class Home:
     def write_books(self, *books: OldBook) -> None:
         """Puts books into a library that the program has not yet seen."""
         write_older_library(self.database, books)
+
+    def write_audiobooks(self, *audiobooks: OldAudiobook) -> None:
+        """Puts audiobooks into a library that the program has not yet seen."""
+        write_older_library(self.database, audiobooks=audiobooks)
 
     def query(self, statement: str, *values: Any, database: Path | None = None) -> list[tuple]:
         """Rows of the library, or of another file like it, read from a copy of its files, so that no lock

@@ -43,6 +43,36 @@ CREATE TABLE IF NOT EXISTS book_tags (
   FOREIGN KEY (book_id) REFERENCES goodreads_books(id) ON DELETE CASCADE,
   UNIQUE(book_id, tag)
 );
+CREATE TABLE IF NOT EXISTS audible_books (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  asin TEXT UNIQUE NOT NULL,
+  title TEXT,
+  author TEXT,
+  narrator TEXT,
+  series TEXT,
+  book_number INTEGER,
+  cover_url TEXT,
+  cover_data BLOB,
+  cover_data_source TEXT,
+  audible_url TEXT,
+  date_added TEXT,
+  date_synced TEXT DEFAULT (datetime('now')),
+  notes TEXT,
+  user_rating REAL,
+  finished_at TEXT,
+  description TEXT,
+  status TEXT DEFAULT 'read',
+  runtime_minutes INTEGER,
+  release_date TEXT,
+  purchase_date TEXT,
+  average_rating REAL,
+  performance_rating REAL,
+  story_rating REAL,
+  review_count INTEGER,
+  listening_progress REAL,
+  audible_owned INTEGER DEFAULT 0,
+  last_audible_sync TEXT
+);
 """
 
 
@@ -66,9 +96,35 @@ class OldBook:
     notes: str = ""
     hidden: int = 0
     tags: tuple[str, ...] = ()
+    goodreads_url: str | None = None
 
 
-def write_older_library(file: Path, books: Iterable[OldBook] = (), settings: Mapping[str, str] | None = None) -> None:
+@dataclass
+class OldAudiobook:
+    """One row of the audiobooks table."""
+
+    asin: str
+    title: str
+    author: str | None = None
+    narrator: str | None = None
+    series: str | None = None
+    book_number: int | None = None
+    status: str = "read"
+    user_rating: float | None = None
+    average_rating: float | None = None
+    runtime_minutes: int | None = None
+    listening_progress: float | None = None
+    description: str | None = None
+    audible_url: str | None = None
+    cover_data: bytes | None = None
+    cover_data_source: str | None = None
+    finished_at: str | None = None
+    date_added: str | None = None
+    notes: str | None = None
+
+
+def write_older_library(file: Path, books: Iterable[OldBook] = (), settings: Mapping[str, str] | None = None,
+                        audiobooks: Iterable[OldAudiobook] = ()) -> None:
     file.parent.mkdir(parents=True, exist_ok=True)
     with closing(sqlite3.connect(file)) as library:
         library.executescript(BASE_TABLES)
@@ -79,6 +135,11 @@ def write_older_library(file: Path, books: Iterable[OldBook] = (), settings: Map
                 f"INSERT INTO goodreads_books ({', '.join(columns)}) VALUES ({', '.join('?' * len(columns))})",
                 tuple(columns.values())).lastrowid
             library.executemany("INSERT INTO book_tags (book_id, tag) VALUES (?, ?)", [(row, tag) for tag in book.tags])
+        for audiobook in audiobooks:
+            columns = vars(audiobook)
+            library.execute(
+                f"INSERT INTO audible_books ({', '.join(columns)}) VALUES ({', '.join('?' * len(columns))})",
+                tuple(columns.values()))
         library.commit()
 
 
