@@ -21,8 +21,10 @@ FocusScope {
     }
 
     function openHelp() {
-        if (!view.help)
+        if (!view.help) {
             view.help = helpWindow.createObject(view);
+            view.help.transientParent = null; // it stays when the main window is closed
+        }
         view.help.present();
     }
 

@@ -159,11 +159,11 @@ class Program:
         if windows and (not focus or int(focus) not in windows):
             Desktop.shared().run("xdotool", "windowfocus", "--sync", str(windows[-1]))
 
-    def resize(self, width: int, height: int) -> None:
-        """Gives the main window that size, as pulling at its corner does."""
-        window = wait_until(lambda: windows_of(self.pid, "^Quire$"), "no main window")[-1]
+    def resize(self, width: int, height: int, title: str = "Quire") -> None:
+        """Gives a window that size, the main one unless told otherwise, as pulling at its corner does."""
+        window = wait_until(lambda: windows_of(self.pid, f"^{title}$"), f"no window {title}")[-1]
         Desktop.shared().run("xdotool", "windowsize", "--sync", str(window), str(width), str(height))
-        wait_until(lambda: self.root.find("Quire", role="frame").frame[2:] == (width, height), "it kept its size")
+        wait_until(lambda: self.root.find(title, role="frame").frame[2:] == (width, height), "it kept its size")
 
     def screenshot(self, name: str) -> Path:
         folder = Path(os.environ.get("QUIRE_SCREENSHOTS", repository / "build" / "screenshots"))
