@@ -1,7 +1,10 @@
 #!/usr/bin/python3
 """Runs the tests of the whole program.
 
-usage: run.py [--junit FILE] [--program FILE] [-k PATTERN]...
+usage: run.py [--junit FILE] [--program FILE] [--renderer software|rhi] [-k PATTERN]...
+
+The tests draw in software, those of the tour (test_tour_*.py) through OpenGL, unless a
+renderer is named for all of them.
 
 With --junit each case is reported to FILE as it ends, so that a run that is cut
 short has still told what it knew.
@@ -23,11 +26,14 @@ def main() -> int:
     parser = argparse.ArgumentParser(description="Runs the tests of the whole program.")
     parser.add_argument("--junit", type=Path)
     parser.add_argument("--program", type=Path)
+    parser.add_argument("--renderer", choices=["software", "rhi"])
     parser.add_argument("-k", dest="patterns", action="append")
     options = parser.parse_args()
     Report.file, Report.suite = options.junit, "program"
     if options.program:
         os.environ["QUIRE_PROGRAM"] = str(options.program.resolve())
+    if options.renderer:
+        os.environ["QUIRE_DRIVER_RENDERER"] = options.renderer
     loader = unittest.TestLoader()
     if options.patterns:
         loader.testNamePatterns = [f"*{pattern}*" for pattern in options.patterns]

@@ -11,7 +11,7 @@ import time
 import uuid
 from pathlib import Path
 
-SCREEN = "1400x1000x24"
+SCREEN = os.environ.get("QUIRE_DRIVER_SCREEN", "1400x1000") + "x24"
 MARK = "QUIRE_DRIVER_RUN"
 
 
