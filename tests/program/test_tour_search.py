@@ -74,5 +74,17 @@ class SearchTour(TourCase):
         self.assertEqual(self.home.value("SELECT status FROM audible_books WHERE asin = 'B1'"), "reading")
 
 
+    def test_a_search_in_the_smallest_window_leaves_the_head_in_sight(self):
+        self.home.write_settings(selectedTab="audio", automaticGoodreadsSync="0")
+        self.home.write_audiobooks(*[OldAudiobook(f"A{n}", f"Tide {n}") for n in range(12)])
+        program = self.start()
+        program.resize(920, 700)
+        top = program.find("Read", role="heading").frame[1]
+        program.find("Search library & Audible", role="text").click()
+        program.type("tide")
+        program.find("In Your Library", role="heading")
+        self.eventually(lambda: program.find("Read", role="heading").frame[1] == top, "the head went out of sight")
+
+
 if __name__ == "__main__":
     unittest.main()
