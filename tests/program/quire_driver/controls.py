@@ -190,6 +190,11 @@ class Control:
                 return
         raise AssertionError(f"{self.role} {self.name!r} has no press action, only {self.actions}")
 
+    def take_keyboard(self) -> None:
+        """The keyboard comes to it, as a screen reader asks for it."""
+        Atspi.Action.do_action(self._accessible.get_action_iface(), self.actions.index("SetFocus"))
+        wait_until(lambda: self.is_focused, f"{self.name!r} does not take the keyboard")
+
     def hover(self) -> None:
         wait_until(lambda: self.frame[2] > 0 and self.frame[3] > 0, f"{self.name!r} has no place on the screen")
         x, y = self.centre
