@@ -39,6 +39,7 @@ ACCENTS = {
     "cabin": {"accentColor": "cabin"},
 }
 SIDEBARS = ("snow", "fjord", "pine", "cabin", "glass")
+UNWRITTEN = "The Unwritten Book"  # known to the catalogue alone
 SETTINGS_TABS = ("Appearance", "Libraries", "Goodreads", "Publishing", "Data")
 
 
@@ -71,7 +72,7 @@ def furnish(home: Home, services: StandIn) -> None:
     from titles import OWNED, TITLES
 
     services.catalogue = [CatalogueBook(f"OL{number}W", title, author=author, year=None if number % 2 else 1999)
-                          for number, (title, author) in enumerate(NAMES)]
+                          for number, (title, author) in enumerate([*NAMES, (UNWRITTEN, "Ada Lindqvist")])]
     services.audio_titles = [AudioTitle(f"C{number}", title, author=author, narrator=f"{author}, " * 3, series=LONG,
                                         number=str(number)) for number, (title, author) in enumerate(NAMES)]
     home.write_settings(automaticGoodreadsSync="0", automaticAudibleSync="0", selectedTab="books")
@@ -223,7 +224,7 @@ class Visit:
         self.press("Add Book")
         program.type("the")
         program.keys("Return")
-        row = program.find(LONG, role="list item", seconds=30)
+        row = program.find(UNWRITTEN, role="list item", seconds=30)
         self.services.files["/search.json"] = Answer(b"{}", delay=4)  # the look for a cover takes its time
         row.find("Want to Read").press()
         program.find(starting="Adding ", role="alert")
