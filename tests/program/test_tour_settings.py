@@ -5,7 +5,7 @@ import unittest
 from quire_driver import Settings, TourCase
 from quire_world import write_audio_library
 
-TABS = ("Libraries", "Goodreads", "Publishing", "Data")
+TABS = ("Appearance", "Libraries", "Goodreads", "Publishing", "Data")
 
 NOT_PUBLISHED = "Not published from Quire yet"
 MINUTES = "Choose a whole number from 1 to 10,080 minutes."
@@ -26,6 +26,9 @@ def boxes(**checked):
             lines["audible"]]
 
 
+APPEARANCE_NOTE = (
+    "label 'Quire uses the Nordic Snow, Fjord, Pine, and Cabin palette for both accents and sidebars; Glass remains available "
+    "for the sidebar. The color wheel accepts any custom accent.'")
 LIBRARIES_NOTE = (
     "label 'Audible syncing requires the Audible app from the Mac App Store. Quire reads only audiobook information from its "
     "local library. Goodreads and Audible may add titles, fill empty details, or advance status; they never remove data or "
@@ -57,6 +60,33 @@ class SettingsTour(TourCase):
     def folder_row(self, name, path="", prompt="", reset="Default"):
         return [f"label '{name}'", f"text '{name}'" + (f": {prompt}" if prompt else "") + (f" = '{path}'" if path else ""),
                 f"push button 'Folder': {name}", f"push button '{reset}': {name}"]
+
+    def test_appearance(self):
+        program = self.start()
+        settings = Settings(program, "Appearance")
+
+        def appearance(sidebar, accent):
+            swatches = ("Snow", "Fjord", "Pine", "Cabin", "Custom Color")
+            return window(
+                "Appearance", "heading 'Appearance'", "label 'Sidebar'", f"push button 'Sidebar': {sidebar}", "label 'App Font'",
+                "push button 'App Font': Avenir Next", "label 'Accent Color'", "panel 'Accent Color'",
+                *(f"  push button '{name}': {'Selected' if name == accent else 'Not selected'}" for name in swatches),
+                APPEARANCE_NOTE)
+
+        self.shows(settings.window, appearance("Snow", "Fjord"))
+        settings.window.find("Sidebar", role="push button").press()
+        self.shows(program.find(role="popup menu"), """
+            menu item 'Snow' (checked)
+            menu item 'Fjord'
+            menu item 'Pine'
+            menu item 'Cabin'
+            menu item 'Glass'
+        """)
+        program.find("Glass", role="menu item").click()
+        settings.window.find("Cabin", role="push button").press()
+        self.shows(settings.window, appearance("Glass", "Cabin"))
+        settings.close()  # both are kept all the same
+        self.eventually(lambda: (self.home.setting("sidebarAppearance"), self.home.setting("accentColor")) == ("glass", "cabin"))
 
     def test_libraries(self):
         program = self.start()
