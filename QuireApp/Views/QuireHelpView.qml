@@ -153,11 +153,14 @@ FocusScope {
                         required property var modelData
 
                         QuireText {
+                            anchors.baseline: meaning.baseline
                             width: 165
                             text: shortcut.modelData.keys
                             font.family: "monospace"
                         }
                         QuireText {
+                            id: meaning
+
                             text: shortcut.modelData.meaning
                             size: 14
                         }

@@ -14,6 +14,7 @@ import fnmatch
 import json
 import os
 import shutil
+import signal
 import sys
 from collections.abc import Callable
 from dataclasses import dataclass
@@ -225,7 +226,7 @@ class Visit:
         program.type("the")
         program.keys("Return")
         row = program.find(UNWRITTEN, role="list item", seconds=30)
-        self.services.files["/search.json"] = Answer(b"{}", delay=4)  # the look for a cover takes its time
+        self.services.files["/search.json"] = Answer(b"{}", delay=15)  # the look for a cover takes its time
         row.find("Want to Read").press()
         program.find(starting="Adding ", role="alert")
         self.take_at_once("working")
@@ -272,6 +273,7 @@ def main() -> int:
     if options.program:
         os.environ["QUIRE_PROGRAM"] = str(options.program.resolve())
 
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # or the program would be left running
     complaints: dict[str, list[str]] = {}
     services = StandIn()
     library = prepare(services)
