@@ -11,7 +11,6 @@ T.ApplicationWindow {
     required property ShellViewModel shell
 
     function present() {
-        window.transientParent = null; // it may outlive the main window, which the toolkit made its parent
         window.show();
         window.raise();
         window.requestActivate();
