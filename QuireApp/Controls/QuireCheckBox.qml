@@ -31,7 +31,6 @@ T.AbstractButton {
     Accessible.checkable: true
     Accessible.checked: box.checked
     Accessible.onToggleAction: box.press()
-    Accessible.onPressAction: box.press()
 
     indicator: Rectangle {
         y: (box.height - height) / 2

@@ -22,6 +22,9 @@ AUDIO_SEARCH = """
 """
 
 
+IDLE = "push button 'Search' (disabled)"
+
+
 def bar(prompt, query="", search="push button 'Search'"):
     return f"text '{prompt}'" + (f" = '{query}'" if query else "") + f"\n{search}"
 
@@ -84,8 +87,8 @@ class AddBookTour(AddingTour):
 
         self.services.files["/search.json"] = Answer(delay=120)
         panel.find("Search", role="push button").click()
-        searching = "label 'Searching books…'"
-        self.shows(panel, BOOK_SEARCH, bar(self.PROMPT, "nobody knows"), searching, foot("Add Book"))
+        searching = bar(self.PROMPT, "nobody knows", IDLE), "label 'Searching books…'"
+        self.shows(panel, BOOK_SEARCH, *searching, foot("Add Book"))
         asked = len(self.services.requests)
         panel.find("Search", role="push button").click()  # not while one goes on
         self.assertEqual(len(self.services.requests), asked)
@@ -142,7 +145,7 @@ class AddBookTour(AddingTour):
             "heading 'Add a book manually'", "label 'Use this when a title is not available in the book catalog.'",
             "page tab list 'Way of adding'", "  push button 'Search Books'", "  push button 'Enter Manually' (selected)",
             *map(field, hints), stars(rating), f"push button 'Reading Status': {state}", field("Summary"), field("Notes"),
-            "push button 'Cancel'", "push button 'Add Book'", foot("Add Book")])
+            "push button 'Cancel'", "push button 'Add Book'" + ("" if "Author" in texts else " (disabled)"), foot("Add Book")])
 
     def test_each_field_of_a_book_typed_in_is_stored(self):
         program = self.start()
@@ -203,7 +206,7 @@ class AddAudiobookTour(AddingTour):
         self.services.files["/1.0/catalog/products"] = Answer(delay=120)
         self.fill(program, panel, **{self.PROMPT: "tide"})
         program.keys("Return")
-        self.shows(panel, AUDIO_SEARCH, bar(self.PROMPT, "tide"), "label 'Searching Audible…'", foot("Add Audiobook"))
+        self.shows(panel, AUDIO_SEARCH, bar(self.PROMPT, "tide", IDLE), "label 'Searching Audible…'", foot("Add Audiobook"))
         self.services.files["/1.0/catalog/products"] = Answer(b"Back soon", status=503, type="text/plain")
         program.keys("Return")
         program.wait_for_text("Audible Search Failed")
@@ -240,7 +243,7 @@ class AddAudiobookTour(AddingTour):
             "page tab list 'Way of adding'", "  push button 'Search Audible'", "  push button 'Enter Manually' (selected)",
             *fields, f"push button 'Listening Status': {state}",
             "text 'Summary'" + (f" = '{texts['Summary']}'" if "Summary" in texts else ""), "push button 'Cancel'",
-            "push button 'Add Audiobook'", foot("Add Audiobook")])
+            "push button 'Add Audiobook'" + ("" if "Title" in texts else " (disabled)"), foot("Add Audiobook")])
 
     def test_each_field_of_an_audiobook_typed_in_is_stored(self):
         program = self.start()

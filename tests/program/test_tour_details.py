@@ -7,11 +7,15 @@ from quire_driver.tour import stars
 from quire_world import Answer, OldAudiobook, OldBook
 
 
-def panel(title, kind, facts, rating, choice, state, actions, summary="No summary available."):
-    """A detail view as an inventory has it."""
-    lines = [f"image 'Cover for {title}'", f"heading '{title}'", *(f"label '{fact}'" for fact in facts), "heading 'SUMMARY'",
-             f"label '{summary}'", stars(rating), f"push button '{choice}'" + (f": {state}" if state else ""), "text 'Notes'"]
-    lines += [f"push button '{action}'" for action in ["Save Changes", *actions, "Close"]]
+def panel(title, kind, facts, pills, rating, choice, state, actions, summary="No summary available."):
+    """A detail view as an inventory has it; of the actions, one that is not to be had begins with a dash."""
+    lines = [f"image 'Cover for {title}'", f"heading '{title}'", *(f"label '{fact}'" for fact in facts)]
+    if pills:
+        lines += ["list 'Facts'", *(f"  label '{pill}'" for pill in pills)]
+    lines += ["heading 'SUMMARY'", "panel 'Summary'", f"  label '{summary}'", stars(rating),
+              f"push button '{choice}'" + (f": {state}" if state else ""), "text 'Notes'"]
+    lines += [f"push button '{action.removeprefix('-')}'" + (" (disabled)" if action.startswith("-") else "")
+              for action in [*actions, "Close"]]
     return "\n".join([*lines, f"heading '{title}'", f"label '{kind}'"])
 
 
@@ -41,14 +45,14 @@ class BookDetailTour(TourCase):
         program = self.start()
         program.wait_for_cards("The Salt Road", "Bare")
         details = self.open(program, "The Salt Road")
-        facts = ["Ada Lindqvist", "11 Mar 2026 · 320 pages · 2019", "Goodreads: 3.925/5", "essays", "sea"]
-        actions = ["Goodreads", "Hide from Library"]
-        self.shows(details, panel("The Salt Road", "Book", facts, 3, "Reading Status", "Read", actions, "A road, and salt."))
+        facts = ["Ada Lindqvist", "11 Mar 2026 · 320 pages · 2019"], ["Goodreads: 3.925/5", "essays", "sea"]
+        actions = ["Save Changes", "Goodreads", "Hide from Library"]
+        self.shows(details, panel("The Salt Road", "Book", *facts, 3, "Reading Status", "Read", actions, "A road, and salt."))
         self.assertTrue(program.has("Close details", role="push button"))
 
         # The right half of the third star is its three stars: a second click takes them back.
         details.find("Set rating to 3").click()
-        self.shows(details, panel("The Salt Road", "Book", facts, 0, "Reading Status", "Read", actions, "A road, and salt."))
+        self.shows(details, panel("The Salt Road", "Book", *facts, 0, "Reading Status", "Read", actions, "A road, and salt."))
         details.find("Set rating to 2.5").click()
         details.find("Clear rating").click()
         details.find("Unrated")
@@ -58,7 +62,7 @@ class BookDetailTour(TourCase):
         details.find("1.5 stars")
         details.find("Set rating to 5").hover()
         self.stays(program, details, panel(
-            "The Salt Road", "Book", facts, 1.5, "Reading Status", "Read", actions, "A road, and salt."))
+            "The Salt Road", "Book", *facts, 1.5, "Reading Status", "Read", actions, "A road, and salt."))
 
         details.find("Goodreads", role="push button").click()
         self.eventually(lambda: self.home.opened == ["https://127.0.0.1/book/1"])
@@ -75,7 +79,8 @@ class BookDetailTour(TourCase):
         self.assertEqual(self.stored("The Salt Road"), (3, "read", ""))
 
         details = self.open(program, "Bare")
-        self.shows(details, panel("Bare", "Book", [], 0, "Reading Status", "Read", actions))
+        actions = ["Save Changes", "-Goodreads", "Hide from Library"]
+        self.shows(details, panel("Bare", "Book", [], [], 0, "Reading Status", "Read", actions))
         details.find("Goodreads", role="push button").click()  # there is no page
         program.wait_until_idle()
         self.assertEqual(len(self.home.opened), 1)
@@ -85,7 +90,8 @@ class BookDetailTour(TourCase):
         program = self.start()
         program.find("All Titles", role="push button").click()
         details = self.open(program, "Odd")
-        self.shows(details, panel("Odd", "Book", [], 0, "Reading Status", "", ["Goodreads", "Hide from Library"]))
+        actions = ["Save Changes", "-Goodreads", "Hide from Library"]
+        self.shows(details, panel("Odd", "Book", [], [], 0, "Reading Status", "", actions))
         details.find("Notes", role="text").click()
         program.type("left on a train")
         details.find("Set rating to 2").click()
@@ -101,9 +107,11 @@ class BookDetailTour(TourCase):
         details.find("Set rating to 2").click()
         program.keys("ctrl+r")
         self.eventually(lambda: self.services.feed_requests)
+        actions = ["-Save Changes", "-Goodreads", "-Hide from Library"]
+        self.shows(details, panel("Bare", "Book", [], [], 2, "Reading Status", "Read", actions))
         for action in ("Save Changes", "Hide from Library"):
             details.find(action, role="push button").click()
-        self.shows(details, panel("Bare", "Book", [], 2, "Reading Status", "Read", ["Goodreads", "Hide from Library"]))
+        self.shows(details, panel("Bare", "Book", [], [], 2, "Reading Status", "Read", actions))
         self.assertEqual(self.stored("Bare"), (0, "read", ""))
 
 
@@ -128,21 +136,22 @@ class AudiobookDetailTour(TourCase):
         return self.home.query(
             "SELECT user_rating, status, notes, finished_at, listening_progress FROM audible_books WHERE title = ?", title)[0]
 
-    def expect(self, title, facts, rating=0, state="Read", notes="", summary="No summary available."):
-        words = panel(title, "Audiobook", facts, rating, "Listening Status", state, ["Audible"], summary)
+    def expect(self, title, facts=(), pills=(), rating=0, state="Read", notes="", summary="No summary available."):
+        actions = ["Save Changes", "Audible" if title == "Tidewater" else "-Audible"]
+        words = panel(title, "Audiobook", facts, pills, rating, "Listening Status", state, actions, summary)
         return words.replace("text 'Notes'", f"text 'Notes' = '{notes}'") if notes else words
 
     def test_what_is_known_of_each_audiobook(self):
         program = self.start()
         program.wait_for_cards("Tidewater", "Plain", "Whole", "Begun")
         for title, facts in {
-            "Plain": [],
-            "Whole": ["Coast Songs", "1 hr"],
-            "Begun": ["59 min"],
+            "Plain": ((), ()),
+            "Whole": (("Coast Songs",), ("1 hr",)),
+            "Begun": ((), ("59 min",)),
         }.items():
             with self.subTest(title):
                 details = self.open(program, title)
-                self.shows(details, self.expect(title, facts))
+                self.shows(details, self.expect(title, *facts))
                 details.find("Audible", role="push button").click()  # there is no page
                 program.keys("Escape")
                 program.wait_gone(title, role="dialog")
@@ -151,10 +160,11 @@ class AudiobookDetailTour(TourCase):
     def test_each_field_of_an_audiobook_is_changed_and_stored(self):
         program = self.start()
         before = None
-        facts = ["Runa Vik", "Narrated by Piet Aalders", "Coast Songs #2", "1 hr 1 min", "Audible: 4.5/5", "100% listened"]
+        facts = (["Runa Vik", "Narrated by Piet Aalders", "Coast Songs #2"],
+                 ["1 hr 1 min", "Audible: 4.5/5", "100% listened"])
         for way in ("Close", "Close details", "Escape"):  # what is not saved is as it was
             details = self.open(program, "Tidewater")
-            self.shows(details, self.expect("Tidewater", facts, notes="lent by Ida", summary="Of the coast."))
+            self.shows(details, self.expect("Tidewater", *facts, notes="lent by Ida", summary="Of the coast."))
             before = before or self.stored("Tidewater")
             details.find("Set rating to 4.5").click()
             details.find("4.5 stars")
@@ -181,7 +191,7 @@ class AudiobookDetailTour(TourCase):
         """)
         program.find("Currently Listening", role="menu item").click()
         self.shows(details, self.expect(
-            "Tidewater", facts, 3.5, "Currently Listening", "heard twice", "Of the coast."))
+            "Tidewater", *facts, 3.5, "Currently Listening", "heard twice", "Of the coast."))
         details.find("Save Changes").click()
         program.wait_for_text("Audio title updated")
         program.wait_gone("Tidewater", role="dialog")
@@ -212,12 +222,13 @@ class AudiobookDetailTour(TourCase):
         alert = program.find("Audio Title Could Not Be Updated", role="alert")
         self.shows(alert, """
             label 'Audio Title Could Not Be Updated'
-            label 'Could not read or change the Quire database: no room'
+            panel 'Message'
+              label 'Could not read or change the Quire database: no room'
             push button 'OK'
         """)
         alert.find("OK").click()
         program.wait_gone("OK", role="push button")
-        self.shows(details, self.expect("Plain", [], 1))
+        self.shows(details, self.expect("Plain", rating=1))
 
 
 if __name__ == "__main__":

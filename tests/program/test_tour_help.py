@@ -46,8 +46,8 @@ class HelpTour(TourCase):
         program = self.start()
         version = self.version(program)
         alert = program.find("Quire", role="alert")
-        self.shows(alert, "label 'Quire'", f"label {'Version ' + version + chr(10) * 2 + 'Your personal, local-first reading library for macOS.'!r}",
-                   "push button 'OK'\npush button 'Send Feedback…'")
+        words = f"Version {version}\n\nYour personal, local-first reading library for macOS."
+        self.shows(alert, "label 'Quire'\npanel 'Message'\n" + f"  label {words!r}", "push button 'OK'\npush button 'Send Feedback…'")
         alert.find("OK").click()
         program.wait_gone("OK", role="push button")
         self.assertEqual(self.home.opened, [])
@@ -71,7 +71,8 @@ class HelpTour(TourCase):
         program = self.start()
         self.shows(program.find("Quire 99.1 is available", role="alert"), """
             label 'Quire 99.1 is available'
-            label 'Open the Quire website to get the newest version.'
+            panel 'Message'
+              label 'Open the Quire website to get the newest version.'
             push button 'Open Website'
             push button 'Later'
         """)
@@ -82,7 +83,8 @@ class HelpTour(TourCase):
         program.find("Sync", role="push button").press()  # there is nowhere to publish to
         self.shows(program.find("Reading List Update Failed", role="alert", seconds=30), """
             label 'Reading List Update Failed'
-            label 'Online: Netlify token not found. Add it in Settings.'
+            panel 'Message'
+              label 'Online: Netlify token not found. Add it in Settings.'
             push button 'OK'
         """)
         program.find("OK", role="push button").press()

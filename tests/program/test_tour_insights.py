@@ -1,6 +1,7 @@
 """The tour of the Insights section, from its head to its foot."""
 
 import datetime
+import textwrap
 import unittest
 
 from quire_driver import TourCase
@@ -19,7 +20,7 @@ def page(current, numbers, rhythm, january, patterns, rating, ratings, recent):
     """The whole page as an inventory has it."""
     finished, pages, average, active = numbers
     months = {month: january if month == "Jan" else 0 for month in MONTHS}
-    return "\n".join([
+    lines = "\n".join([
         "heading 'Insights'", "label 'Your reading activity'", "heading 'Currently Reading'", *current,
         "heading 'This Year'", f"label '{YEAR}'", f"label 'Books Finished: {finished}'", f"label 'Pages Read: {pages}'",
         f"label 'Average Rating: {average}'", f"label 'Active Months: {active} of 12'", "heading 'Reading Frequency'",
@@ -29,6 +30,7 @@ def page(current, numbers, rhythm, january, patterns, rating, ratings, recent):
         "chart 'Rating distribution'", "  label 'Books'", "  label 'Rating'",
         *(f"  label '{stars} star{'' if stars == 1 else 's'}: {books(count)}'" for stars, count in enumerate(ratings, start=1)),
         "heading 'Recent Finishes'", *recent])
+    return "panel 'Reading insights'\n" + textwrap.indent(lines, "  ")
 
 
 def finished(number, title, **fields):

@@ -216,7 +216,7 @@ class SettingsTour(TourCase):
             label 'No folders in here'
             list 'Folders'
             text 'Name of the new folder'
-            push button 'Create'
+            push button 'Create' (disabled)
             push button 'Cancel'
             push button 'Choose'
         """)

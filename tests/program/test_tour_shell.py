@@ -14,6 +14,7 @@ NO_BOOKS = """
     label 'No titles found'
     label 'Adjust the search or filter.'
 """
+VIEWS = "Library Section", "Library View", "Sort Library"
 NO_AUDIO = NO_BOOKS.replace("Add Book", "Add Audiobook").replace("No titles", "No audio titles")
 
 
@@ -22,8 +23,11 @@ class ShellTour(TourCase):
         return program.find("Quire", role="frame")
 
     def shows_menu(self, program, title, *items):
+        """One that is not to be had begins with a dash; a dash alone is a line."""
         menu = self.open_menu(program, title)
-        self.shows(menu, "\n".join(item if item == "separator ''" else f"menu item '{item}'" for item in items))
+        self.shows(menu, "\n".join(
+            "separator ''" if item == "-" else f"menu item '{item.removeprefix('-')}'" + (" (disabled)" if item[0] == "-" else "")
+            for item in items))
         self.close_menus(program)
 
     def shows_choices(self, program, submenu, checked, *items):
@@ -39,12 +43,10 @@ class ShellTour(TourCase):
         program.open_tab("Audio")
         self.shows(frame, sidebar("Audio"), NO_AUDIO, MENU_BAR)
 
-        line = "separator ''"
-        self.shows_menu(program, "Quire", "Check for Updates…", line, "Open Data Folder", "Open Logs", line, "Settings…",
-                        line, "Quit")
+        self.shows_menu(program, "Quire", "Check for Updates…", "-", "Open Data Folder", "Open Logs", "-", "Settings…", "-",
+                        "Quit")
         self.shows_menu(program, "File", "Back Up Quire Database…")
-        self.shows_menu(program, "View", "Library Section", "Library View", "Sort Library", line, "Previous Library Page",
-                        "Next Library Page")
+        self.shows_menu(program, "View", *VIEWS, "-", "-Previous Library Page", "-Next Library Page")
         self.shows_menu(program, "Library", "Sync")
         self.shows_menu(program, "Help", "Quire Help", "Quick Help in Quire", "Send Feedback…", "About Quire")
         self.shows_choices(program, "Library Section", "Audio", "Books", "Insights", "Audio")
@@ -77,10 +79,12 @@ class ShellTour(TourCase):
         self.choose(program, "View", "Sort Library", "Title")
 
         # A command that is not to be had does nothing.
+        self.shows_menu(program, "View", *VIEWS, "-", "-Previous Library Page", "Next Library Page")
         self.choose_in_vain(program, "Previous Library Page")
         self.assertEqual(program.cards()[:1], ["Title 00"])
         self.choose(program, "View", "Next Library Page")
         program.wait_for_cards("Title 36", "Title 37", "Title 38", "Title 39")
+        self.shows_menu(program, "View", *VIEWS, "-", "Previous Library Page", "-Next Library Page")
         self.choose_in_vain(program, "Next Library Page")
         program.wait_for_cards("Title 36", "Title 37", "Title 38", "Title 39")
         self.choose(program, "View", "Previous Library Page")
@@ -96,6 +100,8 @@ class ShellTour(TourCase):
 
         self.choose(program, "View", "Library Section", "Insights")
         program.wait_for_text("Your reading activity")
+        self.shows_menu(program, "View", "Library Section", "-Library View", "-Sort Library", "-", "-Previous Library Page",
+                        "-Next Library Page")
         for submenu in ("Library View", "Sort Library"):
             self.opens_nothing(program, submenu)
         for page in ("Previous Library Page", "Next Library Page"):
@@ -153,15 +159,16 @@ class ShellTour(TourCase):
         program = self.start()
         self.choose(program, "Library", "Sync")
         frame = self.frame(program)
-        self.shows(frame, sidebar("Books", sync=": In progress"), NO_BOOKS, MENU_BAR)  # and no overlay
+        self.shows(frame, sidebar("Books", sync=": In progress (disabled)"), NO_BOOKS, MENU_BAR)  # and no overlay
         asked = len(self.services.feed_requests)
         program.find("Sync", role="push button").click()
         program.keys("ctrl+r")
+        self.shows_menu(program, "Library", "-Sync")
         self.open_menu(program, "Library")
         program.find("Sync", role="menu item").click()
         self.close_menus(program)
         program.open_tab("Audio")
-        self.shows(frame, sidebar("Audio", sync=": In progress"), NO_AUDIO, MENU_BAR)
+        self.shows(frame, sidebar("Audio", sync=": In progress (disabled)"), NO_AUDIO, MENU_BAR)
         self.assertEqual(len(self.services.feed_requests), asked)
         self.services.stop()  # the feed fails, and the button comes to rest
         program.wait_for_text("Goodreads Sync Failed", seconds=30)

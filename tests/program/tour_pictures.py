@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Takes a picture of every view of the program, in the sizes, scales and looks that a reader may choose.
 
-usage: pictures.py FOLDER [--program FILE] [--only PATTERN]
+usage: tour_pictures.py FOLDER [--program FILE] [--only PATTERN]
 
 The looks are called by their size, scale, sidebar and accent, as 920x700-2-fjord-white; of each there is a
 folder of pictures, and one of all of them together, sheet.png. PATTERN picks some of them, as 920x700-*.
