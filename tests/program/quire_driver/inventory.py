@@ -67,7 +67,7 @@ def inventory(control: Control) -> str:
     return "\n".join(lines)
 
 
-def expect_inventory(control: Control, *expected: str, seconds: float = 10) -> None:
+def expect_inventory(control: Control, *expected: str, seconds: float = 30) -> None:
     """Waits until those, and nothing else, are shown below a control, one after the other."""
     wanted = "\n".join(textwrap.dedent(part).strip("\n").rstrip() for part in expected if part.strip())
     shown = ""

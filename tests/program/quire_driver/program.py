@@ -169,7 +169,7 @@ class Program:
         folder = Path(os.environ.get("QUIRE_SCREENSHOTS", repository / "build" / "screenshots"))
         return Desktop.shared().screenshot(folder / f"{name}.png")
 
-    def wait_until_idle(self, seconds: float = 15) -> None:
+    def wait_until_idle(self, seconds: float = 45) -> None:
         """Waits until it has had nothing to do for a third of a second; what turns for ever is not idle."""
         calm_since = time.monotonic()
 
