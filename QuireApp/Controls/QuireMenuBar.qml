@@ -9,14 +9,6 @@ import Quire
 T.MenuBar {
     id: bar
 
-    function hasOpenMenu(): bool {
-        for (let place = 0; place < bar.count; ++place) {
-            if (bar.menuAt(place).visible)
-                return true;
-        }
-        return false;
-    }
-
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: 30
     leftPadding: 8
@@ -56,6 +48,15 @@ T.MenuBar {
             Accessible.ignored: true
         }
 
+        function isBesideOpenMenu(): bool {
+            for (let place = 0; place < item.menuBar.count; ++place) {
+                const menu = item.menuBar.menuAt(place);
+                if (menu !== item.menu && menu.visible)
+                    return true;
+            }
+            return false;
+        }
+
         // The toolkit keeps the bar open when Escape has closed a menu whose title is hovered
         // over: the next one that the pointer comes to would open without a click.
         hoverEnabled: false
@@ -65,7 +66,7 @@ T.MenuBar {
 
             // While one menu is open the others follow the pointer.
             onHoveredChanged: {
-                if (pointer.hovered && !item.isOpen && bar.hasOpenMenu())
+                if (pointer.hovered && item.isBesideOpenMenu())
                     item.triggered();
             }
         }

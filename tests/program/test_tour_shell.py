@@ -61,7 +61,8 @@ class ShellTour(TourCase):
         self.choose(program, "Help", "Send Feedback…")
         self.eventually(lambda: self.home.opened == [
             f"{self.services.address}/quire/help.html", "mailto:feedback@quire.example?subject=Quire%20Feedback"])
-        self.choose(program, "Quire", "Quit")
+        self.open_menu(program, "Quire")
+        program.find("Quit", role="menu item").click()
         self.assert_ended_cleanly(program)
 
     def test_the_menu_chooses_section_shelf_order_and_page(self):
