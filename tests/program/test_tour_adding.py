@@ -1,5 +1,6 @@
 """The tour of the two panels that add titles, in both of their ways, and of the overlay while they work."""
 
+import threading
 import unittest
 
 from quire_driver import TourCase
@@ -164,9 +165,11 @@ class AddBookTour(AddingTour):
         panel.find("Enter Manually", role="push button").click()
         self.shows(panel, self.form(4.5, "Did Not Finish", **typed))
 
-        self.services.files["/search.json"] = Answer(b"{}", delay=3)  # the look for a cover takes its time
+        seen = threading.Event()
+        self.services.files["/search.json"] = Answer(b"{}", until=seen)  # the look for a cover takes its time
         panel.find("Add Book", role="push button").click()
         program.find("Adding Nine Winters…", role="alert")
+        seen.set()
         program.wait_for_text("Book added", seconds=30)
         program.wait_gone("Adding Nine Winters…")
         program.wait_gone("Add Book", role="dialog")

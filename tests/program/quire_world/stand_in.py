@@ -33,6 +33,7 @@ class Answer:
     type: str = "application/xml; charset=utf-8"
     headers: dict[str, str] = field(default_factory=dict)
     delay: float = 0  # seconds before the first byte
+    until: threading.Event | None = None  # what the first byte waits for
     drip: float = 0  # seconds between the bytes of the body
     cut_after: int | None = None  # bytes of the body after which the connection ends
     refuse: bool = False  # the connection ends without an answer
@@ -161,6 +162,8 @@ class StandIn:
         self._requests.append(request)
         answer = self._answer(request)
         self._ending.wait(answer.delay)
+        while answer.until and not answer.until.wait(0.05) and not self._ending.is_set():
+            pass
         try:
             if answer.refuse:
                 handler.close_connection = True
