@@ -1,7 +1,10 @@
 #!/usr/bin/python3
 """Runs the tests of the whole program.
 
-usage: run.py [--junit FILE] [--program FILE] [--renderer software|rhi] [-k PATTERN]...
+usage: run.py [--junit FILE] [--program FILE] [--renderer software|rhi] [-k PATTERN]... [MODULE...]
+
+Runs the modules named, as "test_adding", or all of them. Every run has a screen of its
+own, so that several can go side by side.
 
 The tests draw in software, those of the tour (test_tour_*.py) through OpenGL, unless a
 renderer is named for all of them.
@@ -28,6 +31,7 @@ def main() -> int:
     parser.add_argument("--program", type=Path)
     parser.add_argument("--renderer", choices=["software", "rhi"])
     parser.add_argument("-k", dest="patterns", action="append")
+    parser.add_argument("modules", nargs="*")
     options = parser.parse_args()
     Report.file, Report.suite = options.junit, "program"
     if options.program:
@@ -37,7 +41,7 @@ def main() -> int:
     loader = unittest.TestLoader()
     if options.patterns:
         loader.testNamePatterns = [f"*{pattern}*" for pattern in options.patterns]
-    suite = loader.discover(str(here), top_level_dir=str(here))
+    suite = loader.loadTestsFromNames(options.modules) if options.modules else loader.discover(str(here), top_level_dir=str(here))
     outcome = unittest.TextTestRunner(verbosity=2, resultclass=Report).run(suite)
     return 0 if outcome.wasSuccessful() and outcome.testsRun else 1
 
