@@ -67,6 +67,12 @@ bool ButtonAccessible::isTold(const char *state) const
     return m_told && m_told->property(state).toBool();
 }
 
+QVariant ButtonAccessible::toldOr(const char *own, const char *told) const
+{
+    const QVariant value = button()->property(own);
+    return value.isValid() ? value : m_told->property(told);
+}
+
 void *ButtonAccessible::interface_cast(QAccessible::InterfaceType type)
 {
     return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
@@ -133,7 +139,7 @@ QRect ButtonAccessible::rect() const
 
 QAccessible::Role ButtonAccessible::role() const
 {
-    return m_told ? QAccessible::Role(m_told->property("role").toInt()) : QAccessible::Button;
+    return m_told ? QAccessible::Role(toldOr("accessibleRole", "role").toInt()) : QAccessible::Button;
 }
 
 QAccessible::State ButtonAccessible::state() const
@@ -141,8 +147,8 @@ QAccessible::State ButtonAccessible::state() const
     const QQuickItem *item = button();
     const QQuickWindow *window = item->window();
     QAccessible::State state;
-    state.checkable = isTold("checkable");
-    state.checked = isTold("checked");
+    state.checkable = isTold("checkable") || button()->property("accessibleChecked").isValid();
+    state.checked = m_told && toldOr("accessibleChecked", "checked").toBool();
     state.checkStateMixed = isTold("checkStateMixed");
     state.selectable = isTold("selectable");
     state.selected = isTold("selected");

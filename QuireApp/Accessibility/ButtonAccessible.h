@@ -1,6 +1,8 @@
-// What a screen reader is told of a button. The toolkit (Qt 6.4) tells of every
-// control that it can be used; this tells of those that cannot that they cannot.
-// All else is told as the view says it with Accessible.
+// What a screen reader is told of a button. The toolkit (Qt 6.4) tells of every one
+// that it can be used; here those that cannot say so. It also puts its own role and
+// its own `checked` over those that a view says with Accessible: a control that is no
+// mere button says them with its properties accessibleRole (a value of
+// Accessible.role) and accessibleChecked. All else is told as Accessible has it.
 //
 // Thread: interface thread.
 
@@ -43,6 +45,7 @@ public:
 private:
     QQuickItem *button() const;
     bool isTold(const char *state) const;
+    QVariant toldOr(const char *own, const char *told) const; // the button's own property first
 
     QPointer<QObject> m_told;
 };

@@ -8,6 +8,8 @@ import Quire
 T.AbstractButton {
     id: link
 
+    readonly property int accessibleRole: Accessible.Link
+
     implicitWidth: implicitContentWidth
     implicitHeight: implicitContentHeight + 4
     hoverEnabled: true
@@ -19,7 +21,6 @@ T.AbstractButton {
             link.clicked();
     }
 
-    Accessible.role: Accessible.Link
     Accessible.name: link.text
 
     background: Item {

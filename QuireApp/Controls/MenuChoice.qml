@@ -15,6 +15,8 @@ T.AbstractButton {
 
     signal chosen(string word)
 
+    readonly property int accessibleRole: Accessible.ComboBox
+
     property int reason: Qt.OtherFocusReason // for having the keyboard, before the list opened
 
     implicitWidth: 96
@@ -39,7 +41,6 @@ T.AbstractButton {
             choice.clicked();
     }
 
-    Accessible.role: Accessible.ComboBox
     Accessible.name: choice.accessibleLabel
     Accessible.description: choice.text
 

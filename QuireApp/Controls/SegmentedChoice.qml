@@ -84,6 +84,7 @@ FocusScope {
                 required property int index
                 required property string word
                 required property string title
+                readonly property int accessibleRole: Accessible.PageTab
 
                 implicitWidth: implicitContentWidth + 28
                 implicitHeight: choice.height - 6
@@ -101,8 +102,8 @@ FocusScope {
                 Keys.onLeftPressed: choice.chooseNeighbour(-1)
                 Keys.onRightPressed: choice.chooseNeighbour(1)
 
-                Accessible.role: Accessible.PageTab
                 Accessible.name: piece.title
+                Accessible.selectable: true
                 Accessible.selected: piece.index === choice.selectedRow
 
                 background: Item {

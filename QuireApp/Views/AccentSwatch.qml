@@ -12,6 +12,8 @@ T.AbstractButton {
     required property color color
     required property bool selected
     property bool isCustom: false
+    readonly property int accessibleRole: Accessible.RadioButton
+    readonly property bool accessibleChecked: swatch.selected
 
     implicitWidth: 23
     implicitHeight: 23
@@ -26,11 +28,9 @@ T.AbstractButton {
             swatch.clicked();
     }
 
-    Accessible.role: Accessible.RadioButton
     Accessible.name: swatch.text
     Accessible.description: swatch.selected ? "Selected" : "Not selected"
-    Accessible.checkable: true
-    Accessible.checked: swatch.selected
+    Accessible.checked: swatch.accessibleChecked
 
     background: Item { // qmllint disable deferred-property-id
         PanelShadow {

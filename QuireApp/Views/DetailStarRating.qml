@@ -109,6 +109,8 @@ Column {
                                     id: half
 
                                     required property double modelData
+                                    readonly property int accessibleRole: Accessible.RadioButton
+                                    readonly property bool accessibleChecked: control.rating === half.modelData
 
                                     width: 14
                                     height: 30
@@ -118,10 +120,9 @@ Column {
                                     onClicked: control.rated(control.rating === half.modelData ? 0 : half.modelData)
 
                                     Accessible.onPressAction: half.clicked()
-                                    Accessible.role: Accessible.RadioButton
                                     Accessible.name: "Set rating to " + control.formatted(half.modelData)
-                                    Accessible.checked: control.rating === half.modelData
-                                    Accessible.description: control.rating === half.modelData ? "Selected" : ""
+                                    Accessible.checked: half.accessibleChecked
+                                    Accessible.description: half.accessibleChecked ? "Selected" : ""
                                 }
                             }
                         }

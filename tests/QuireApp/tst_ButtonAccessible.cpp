@@ -112,6 +112,23 @@ TEST_F(ButtonAccessibleTest, ASelectedButtonTellsSo)
     EXPECT_TRUE(accessible(button).state().selected);
 }
 
+TEST_F(ButtonAccessibleTest, ALinkIsALink)
+{
+    QQuickItem &link = make("LinkText { property int presses: 0; text: 'Library Page'; onClicked: ++presses }");
+    EXPECT_EQ(accessible(link).role(), QAccessible::Link);
+    accessible(link).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(link.property("presses").toInt(), 1);
+}
+
+TEST_F(ButtonAccessibleTest, OneOfSeveralColoursIsARadioButtonThatTellsItsState)
+{
+    QQuickItem &swatch = make("AccentSwatch { text: 'Teal'; color: 'teal'; selected: true }");
+    QAccessible::setActive(true); // here the toolkit puts its own over what views say
+    EXPECT_EQ(accessible(swatch).role(), QAccessible::RadioButton);
+    EXPECT_TRUE(accessible(swatch).state().checkable);
+    EXPECT_TRUE(accessible(swatch).state().checked);
+}
+
 TEST_F(ButtonAccessibleTest, ItsPanelKnowsItAmongItsChildren)
 {
     QQuickItem &panel = make("Item { Accessible.role: Accessible.Grouping; Accessible.name: 'Panel'\n"

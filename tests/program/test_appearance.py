@@ -32,12 +32,12 @@ class AppearanceTestCase(ProgramTestCase):
 
     def choose(self, program, field, title):
         """From a menu of the settings."""
-        program.find(field, role="push button").click()
+        program.find(field, role="combo box").click()
         program.find(title, role="menu item").click()
         program.wait_gone(title, role="menu item")
 
     def swatch(self, program, name):
-        return program.find(name, role="push button")
+        return program.find(name, role="radio button")
 
     def chosen_swatch(self, program) -> list[str]:
         return [name for name in [*ACCENTS, "Custom Color"] if self.swatch(program, name).description == "Selected"]
@@ -60,8 +60,8 @@ class Appearance(AppearanceTestCase):
         window = program.find("Quire Settings", role="frame")
         for words in ("Sidebar", "App Font", "Accent Color", NOTE):
             program.wait_for_text(words)
-        self.assertEqual(window.find("Sidebar", role="push button").description, "Snow")
-        self.assertEqual(window.find("App Font", role="push button").description, "Avenir Next")
+        self.assertEqual(window.find("Sidebar", role="combo box").description, "Snow")
+        self.assertEqual(window.find("App Font", role="combo box").description, "Avenir Next")
         self.assertEqual(self.chosen_swatch(program), ["Fjord"])
         program.screenshot("settings-appearance")
 
@@ -92,7 +92,7 @@ class Appearance(AppearanceTestCase):
             with self.subTest(title):
                 settings = Settings(program, "Appearance")
                 self.choose(program, "App Font", title)
-                self.assertEqual(program.find("App Font", role="push button").description, title)
+                self.assertEqual(program.find("App Font", role="combo box").description, title)
                 settings.save()
                 program.wait_for_text("Settings saved")
                 program.wait_gone("Quire Settings")
@@ -108,14 +108,14 @@ class Appearance(AppearanceTestCase):
         self.choose(program, "App Font", "Futura")
         settings.close()
         Settings(program, "Appearance")
-        self.assertEqual(program.find("App Font", role="push button").description, "Avenir Next")
+        self.assertEqual(program.find("App Font", role="combo box").description, "Avenir Next")
         self.assertEqual(program.quit(), 0)
         self.assertIsNone(self.home.setting("interfaceFont"))
 
     def test_the_list_of_fonts_shows_each_in_its_own_face(self):
         program = self.start()
         Settings(program, "Appearance")
-        program.find("App Font", role="push button").click()
+        program.find("App Font", role="combo box").click()
         program.find("Palatino", role="menu item")
         program.wait_until_idle()
         program.screenshot("settings-appearance-fonts")

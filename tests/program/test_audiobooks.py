@@ -324,7 +324,7 @@ class SmallWindows(Audiobooks):
                 program.wait_until_idle()
                 program.screenshot(f"small-{name.lower().replace(' ', '-')}")
                 self.assert_within(program, panel)
-                panel.find("Enter Manually", role="push button").click()
+                panel.find("Enter Manually", role="page tab").click()
                 panel.find("Title", role="text").click()
                 program.type(LONG)
                 program.screenshot(f"small-{name.lower().replace(' ', '-')}-manually")

@@ -85,7 +85,7 @@ class Navigation(ProgramTestCase):
     def test_settings_open_with_the_keyboard_in_the_first_control(self):
         program = self.start()
         program.keys("ctrl+comma")
-        sidebar = program.find("Quire Settings", role="frame").find("Sidebar", role="push button")
+        sidebar = program.find("Quire Settings", role="frame").find("Sidebar", role="combo box")
         self.eventually(lambda: sidebar.is_focused)
         self.assertEqual(sidebar.description, "Snow")
         program.keys("space", "Down", "Return")

@@ -101,7 +101,9 @@ class Sync(ProgramTestCase):
         self.assertEqual(self.home.value("SELECT COUNT(*) FROM goodreads_books"), 0)
 
     def test_a_refusing_server_leaves_the_library_as_it_was(self):
-        self.synced().quit()
+        program = self.synced()
+        self.eventually(lambda: not self.home.value("SELECT COUNT(*) FROM goodreads_books WHERE cover_data IS NULL"))
+        program.quit()
         before = self.home.query("SELECT * FROM goodreads_books")
         self.services.answer_every_shelf(Answer(refuse=True))
         program = self.start()

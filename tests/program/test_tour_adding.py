@@ -11,15 +11,15 @@ BOOK_SEARCH = """
     heading 'Search Books'
     label 'Search Open Library, then add a title to the appropriate shelf.'
     page tab list 'Way of adding'
-      push button 'Search Books' (selected)
-      push button 'Enter Manually'
+      page tab 'Search Books' (selected)
+      page tab 'Enter Manually'
 """
 AUDIO_SEARCH = """
     heading 'Search Audible'
     label 'Find an audiobook, then add it as read or currently listening.'
     page tab list 'Way of adding'
-      push button 'Search Audible' (selected)
-      push button 'Enter Manually'
+      page tab 'Search Audible' (selected)
+      page tab 'Enter Manually'
 """
 
 
@@ -51,7 +51,7 @@ class AddingTour(TourCase):
             program.type(text)
 
     def choose_state(self, program, panel, picker, state):
-        panel.find(picker, role="push button").click()
+        panel.find(picker, role="combo box").click()
         program.find(state, role="menu item").click()
         program.wait_gone(role="popup menu")
 
@@ -144,14 +144,14 @@ class AddBookTour(AddingTour):
 
         return "\n".join([
             "heading 'Add a book manually'", "label 'Use this when a title is not available in the book catalog.'",
-            "page tab list 'Way of adding'", "  push button 'Search Books'", "  push button 'Enter Manually' (selected)",
-            *map(field, hints), stars(rating), f"push button 'Reading Status': {state}", field("Summary"), field("Notes"),
+            "page tab list 'Way of adding'", "  page tab 'Search Books'", "  page tab 'Enter Manually' (selected)",
+            *map(field, hints), stars(rating), f"combo box 'Reading Status': {state}", field("Summary"), field("Notes"),
             "push button 'Cancel'", "push button 'Add Book'" + ("" if "Author" in texts else " (disabled)"), foot("Add Book")])
 
     def test_each_field_of_a_book_typed_in_is_stored(self):
         program = self.start()
         panel = self.panel(program, "Add Book")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.shows(panel, self.form())
         self.assertEqual(program.focused().name, "Title")
         typed = dict(Title="Nine Winters", Author="Piet Aalders", ISBN="978-0", Pages="211", Year="1987", Summary="Snow.",
@@ -160,9 +160,9 @@ class AddBookTour(AddingTour):
         panel.find("Set rating to 4.5").click()
         self.choose_state(program, panel, "Reading Status", "Did Not Finish")
         self.shows(panel, self.form(4.5, "Did Not Finish", **typed))
-        panel.find("Search Books", role="push button").click()  # and back: nothing typed is lost
+        panel.find("Search Books", role="page tab").click()  # and back: nothing typed is lost
         panel.find(self.PROMPT, role="text")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.shows(panel, self.form(4.5, "Did Not Finish", **typed))
 
         seen = threading.Event()
@@ -179,7 +179,7 @@ class AddBookTour(AddingTour):
             "Piet Aalders", "978-0", 211, 1987, 4.5, "did-not-finish", "Snow.", "from Ida"))
 
         panel = self.panel(program, "Add Book")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.fill(program, panel, Title="Never", Author="Nobody")
         panel.find("Cancel", role="push button").click()
         program.wait_gone("Add Book", role="dialog")
@@ -243,15 +243,15 @@ class AddAudiobookTour(AddingTour):
         fields = [f"text '{name}'{hint}" + (f" = '{texts[name]}'" if name in texts else "") for name, hint in hints.items()]
         return "\n".join([
             "heading 'Add an audiobook manually'", "label 'Use this when the audiobook is not available from Audible.'",
-            "page tab list 'Way of adding'", "  push button 'Search Audible'", "  push button 'Enter Manually' (selected)",
-            *fields, f"push button 'Listening Status': {state}",
+            "page tab list 'Way of adding'", "  page tab 'Search Audible'", "  page tab 'Enter Manually' (selected)",
+            *fields, f"combo box 'Listening Status': {state}",
             "text 'Summary'" + (f" = '{texts['Summary']}'" if "Summary" in texts else ""), "push button 'Cancel'",
             "push button 'Add Audiobook'" + ("" if "Title" in texts else " (disabled)"), foot("Add Audiobook")])
 
     def test_each_field_of_an_audiobook_typed_in_is_stored(self):
         program = self.start()
         panel = self.panel(program, "Add Audiobook")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.shows(panel, self.form())
         panel.find("Add Audiobook", role="push button").click()  # not without a title
         self.stays(program, panel, self.form())
@@ -269,7 +269,7 @@ class AddAudiobookTour(AddingTour):
             "Ada Lindqvist", "Runa Vik", "Shells", 3, "reading", "Under water.", None))
 
         panel = self.panel(program, "Add Audiobook")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.fill(program, panel, Title="Want")
         self.choose_state(program, panel, "Listening Status", "Want to Read")
         panel.find("Title", role="text").click()
@@ -279,7 +279,7 @@ class AddAudiobookTour(AddingTour):
         self.assertEqual(self.stored("Want")[4], "to-read")
 
         panel = self.panel(program, "Add Audiobook")
-        panel.find("Enter Manually", role="push button").click()
+        panel.find("Enter Manually", role="page tab").click()
         self.fill(program, panel, Title="Never")
         panel.find("Cancel", role="push button").click()
         program.wait_gone("Add Audiobook", role="dialog")

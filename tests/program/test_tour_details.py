@@ -13,10 +13,16 @@ def panel(title, kind, facts, pills, rating, choice, state, actions, summary="No
     if pills:
         lines += ["list 'Facts'", *(f"  label '{pill}'" for pill in pills)]
     lines += ["heading 'SUMMARY'", "panel 'Summary'", f"  label '{summary}'", stars(rating),
-              f"push button '{choice}'" + (f": {state}" if state else ""), "text 'Notes'"]
+              f"combo box '{choice}'" + (f": {state}" if state else ""), "text 'Notes'"]
     lines += [f"push button '{action.removeprefix('-')}'" + (" (disabled)" if action.startswith("-") else "")
               for action in [*actions, "Close"]]
     return "\n".join([*lines, f"heading '{title}'", f"label '{kind}'"])
+
+
+def states(under_way):
+    """The list of the states of a title that was read."""
+    return "\n".join(f"menu item '{state}'" + (" (checked)" if state == "Read" else "")
+                     for state in (under_way, "Read", "Want to Read", "Did Not Finish"))
 
 
 class BookDetailTour(TourCase):
@@ -67,12 +73,7 @@ class BookDetailTour(TourCase):
         details.find("Goodreads", role="push button").click()
         self.eventually(lambda: self.home.opened == ["https://127.0.0.1/book/1"])
         details.find("Reading Status").click()
-        self.shows(program.find(role="popup menu"), """
-            menu item 'Currently Reading'
-            menu item 'Read' (checked)
-            menu item 'Want to Read'
-            menu item 'Did Not Finish'
-        """)
+        self.shows(program.find(role="popup menu"), states("Currently Reading"))
         program.find("Currently Reading", role="menu item").click()
         program.find("Close details", role="push button").press()
         program.wait_gone("The Salt Road", role="dialog")
@@ -183,12 +184,7 @@ class AudiobookDetailTour(TourCase):
         program.keys("ctrl+a")
         program.type("heard twice")
         details.find("Listening Status").click()
-        self.shows(program.find(role="popup menu"), """
-            menu item 'Currently Listening'
-            menu item 'Read' (checked)
-            menu item 'Want to Read'
-            menu item 'Did Not Finish'
-        """)
+        self.shows(program.find(role="popup menu"), states("Currently Listening"))
         program.find("Currently Listening", role="menu item").click()
         self.shows(details, self.expect(
             "Tidewater", *facts, 3.5, "Currently Listening", "heard twice", "Of the coast."))

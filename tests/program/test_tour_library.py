@@ -10,7 +10,7 @@ SORTS = ("Recent", "Title", "Rating")
 
 
 def head(heading, count, add, sort="Recent"):
-    return f"heading '{heading}'\nlabel '{count}'\npush button '{add}'\npush button 'Sort library': {sort}"
+    return f"heading '{heading}'\nlabel '{count}'\npush button '{add}'\ncombo box 'Sort library': {sort}"
 
 
 def cards(*titles):

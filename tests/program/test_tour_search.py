@@ -10,7 +10,7 @@ CONTROLS = """
     heading 'Read'
     label '{count}'
     push button 'Add Audiobook'
-    push button 'Sort library': Recent
+    combo box 'Sort library': Recent
 """
 CATALOGUE = "heading 'Audible'\nlabel 'Available to Add'"
 FOUND = """

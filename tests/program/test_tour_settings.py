@@ -15,7 +15,7 @@ def window(tab, *content, updated=NOT_PUBLISHED):
     """The window at one of its tabs as an inventory has it."""
     return "\n".join([
         "heading 'Quire Settings'", "label 'Appearance, syncing, publishing, and local data.'",
-        "page tab list 'Settings section'", *(f"  push button '{name}'" + (" (selected)" if name == tab else "") for name in TABS),
+        "page tab list 'Settings section'", *(f"  page tab '{name}'" + (" (selected)" if name == tab else "") for name in TABS),
         *content, f"label '{updated}'", "push button 'Cancel'", "push button 'Save'"])
 
 
@@ -68,13 +68,13 @@ class SettingsTour(TourCase):
         def appearance(sidebar, accent):
             swatches = ("Snow", "Fjord", "Pine", "Cabin", "Custom Color")
             return window(
-                "Appearance", "heading 'Appearance'", "label 'Sidebar'", f"push button 'Sidebar': {sidebar}", "label 'App Font'",
-                "push button 'App Font': Avenir Next", "label 'Accent Color'", "panel 'Accent Color'",
-                *(f"  push button '{name}': {'Selected' if name == accent else 'Not selected'}" for name in swatches),
+                "Appearance", "heading 'Appearance'", "label 'Sidebar'", f"combo box 'Sidebar': {sidebar}", "label 'App Font'",
+                "combo box 'App Font': Avenir Next", "label 'Accent Color'", "panel 'Accent Color'",
+                *(f"  radio button '{name}': " + ("Selected (checked)" if name == accent else "Not selected") for name in swatches),
                 APPEARANCE_NOTE)
 
         self.shows(settings.window, appearance("Snow", "Fjord"))
-        settings.window.find("Sidebar", role="push button").press()
+        settings.window.find("Sidebar", role="combo box").press()
         self.shows(program.find(role="popup menu"), """
             menu item 'Snow' (checked)
             menu item 'Fjord'
@@ -83,7 +83,7 @@ class SettingsTour(TourCase):
             menu item 'Glass'
         """)
         program.find("Glass", role="menu item").click()
-        settings.window.find("Cabin", role="push button").press()
+        settings.window.find("Cabin", role="radio button").press()
         self.shows(settings.window, appearance("Glass", "Cabin"))
         settings.close()  # both are kept all the same
         self.eventually(lambda: (self.home.setting("sidebarAppearance"), self.home.setting("accentColor")) == ("glass", "cabin"))
@@ -125,7 +125,7 @@ class SettingsTour(TourCase):
         goodreads = window(
             "Goodreads", "heading 'Goodreads'", "label 'Goodreads User ID'", "text 'User ID' = '81234567'",
             "label 'Goodreads RSS Key'", "password text 'Saved; enter a new key to replace it'",
-            "push button 'How to find your Goodreads User ID'", "push button 'How to obtain the RSS key'", GOODREADS_NOTE,
+            "link 'How to find your Goodreads User ID'", "link 'How to obtain the RSS key'", GOODREADS_NOTE,
             updated=updated)
         self.shows(settings.window, goodreads)
         settings.window.find("How to find your Goodreads User ID").click()
@@ -138,9 +138,9 @@ class SettingsTour(TourCase):
 
         def publishing(folder_row, minutes, automatic):
             return window(
-                "Publishing", "heading 'Publishing'", "label 'Published Page'", "push button 'https://127.0.0.1/list'",
+                "Publishing", "heading 'Publishing'", "label 'Published Page'", "link 'https://127.0.0.1/list'",
                 "label 'Netlify Token'", "password text 'Saved; enter a new token to replace it'",
-                "push button 'Netlify setup and token instructions'", *folder_row, "label 'Minutes Between Updates'",
+                "link 'Netlify setup and token instructions'", *folder_row, "label 'Minutes Between Updates'",
                 f"text 'Minutes' = '{minutes}'",
                 "check box 'Publish automatically while Quire is open'" + (" (checked)" if automatic else ""),
                 PUBLISHING_NOTE, updated=updated)
@@ -196,30 +196,17 @@ class SettingsTour(TourCase):
         self.eventually(lambda: (self.home.support / "Database Backups").is_dir(), "the first backup was not made")
         settings.press("Folder", beside="Backup Folder")
         picker = program.find("Choose the Quire backup folder", role="dialog")
-        self.shows(picker, f"""
-            heading 'Choose the Quire backup folder'
-            label 'Verified database backups will be saved in this folder.'
-            text 'Folder path' = '{backups}'
-            push button 'Up'
-            label 'No folders in here'
-            list 'Folders'
-            push button 'New Folder'
-            push button 'Cancel'
-            push button 'Choose'
-        """)
+
+        def empty_folder(*foot):
+            return "\n".join([
+                "heading 'Choose the Quire backup folder'",
+                "label 'Verified database backups will be saved in this folder.'", f"text 'Folder path' = '{backups}'",
+                "push button 'Up'", "label 'No folders in here'", "list 'Folders'", *foot, "push button 'Cancel'",
+                "push button 'Choose'"])
+
+        self.shows(picker, empty_folder("push button 'New Folder'"))
         picker.find("New Folder").click()
-        self.shows(picker, f"""
-            heading 'Choose the Quire backup folder'
-            label 'Verified database backups will be saved in this folder.'
-            text 'Folder path' = '{backups}'
-            push button 'Up'
-            label 'No folders in here'
-            list 'Folders'
-            text 'Name of the new folder'
-            push button 'Create' (disabled)
-            push button 'Cancel'
-            push button 'Choose'
-        """)
+        self.shows(picker, empty_folder("text 'Name of the new folder'", "push button 'Create' (disabled)"))
         picker.find("Cancel").click()
         program.wait_gone("Folder path")
         self.shows(settings.window, data(library, backups, 2, "days"))

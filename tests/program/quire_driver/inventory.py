@@ -4,7 +4,7 @@ or there when it should not be, makes another list.
 
     push button 'Books' (selected)
     text 'Search library' = 'salt'
-    push button 'Sort library': Recent
+    combo box 'Sort library': Recent
     panel 'My Rating': 3 stars
       push button 'Set rating to 0.5'
 """
@@ -24,7 +24,7 @@ from .waiting import TookTooLong, wait_until
 PASSED_OVER = {"scroll bar", "filler"}
 
 # What is pressed or typed into: one must not lie over another.
-TOUCHED = {"push button", "text", "password text", "check box", "radio button", "link", "menu item", "page tab"}
+TOUCHED = {"push button", "combo box", "text", "password text", "check box", "radio button", "link", "menu item", "page tab"}
 
 
 def entries(control: Control, depth: int = 0) -> Iterator[tuple[int, Control]]:
@@ -52,8 +52,7 @@ def line(control: Control) -> str:
         words += f": {description}"
     if role in {"text", "password text"} and (text := control.text):
         words += f" = {text!r}"
-    states = [state for state in control.states if (role, state) != ("push button", "checked")]  # its words tell
-    return words + (f" ({', '.join(states)})" if states else "")
+    return words + (f" ({', '.join(control.states)})" if control.states else "")
 
 
 def inventory(control: Control) -> str:

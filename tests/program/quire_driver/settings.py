@@ -15,7 +15,7 @@ class Settings:
         self.show(tab)
 
     def show(self, tab: str) -> None:
-        self.window.find(tab, role="push button").click()
+        self.window.find(tab, role="page tab").click()
 
     def field(self, name: str):
         return self.window.find(name, role="text")

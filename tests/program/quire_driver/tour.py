@@ -45,8 +45,8 @@ def stars(rated: float = 0, title: str = "My Rating") -> str:
     words = "Unrated" if rated == 0 else f"{rated:g} star" + ("" if rated == 1 else "s")
     lines = [f"panel '{title}': {words}"]
     for half in range(1, 11):
-        chosen = ": Selected" if rated == half / 2 else ""
-        lines.append(f"  push button 'Set rating to {half / 2:g}'{chosen}")
+        chosen = ": Selected (checked)" if rated == half / 2 else ""
+        lines.append(f"  radio button 'Set rating to {half / 2:g}'{chosen}")
     lines.append(f"label '{words}'")
     if rated:
         lines.append("push button 'Clear rating'")
