@@ -36,9 +36,10 @@ else
     ))(/|\$)")
 fi
 
+# One more at a time than there are processors: tests of the whole program wait more than they work.
 say "Testing ($preset)"
 status=0
-ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(nproc)" \
+ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(($(nproc) + 1))" \
     --output-junit "$QUIRE_ROOT/$results/ctest.junit" "${selection[@]}" || status=$?
 
 /usr/bin/python3 scripts/lib/count_tests.py "$results" || status=$?
