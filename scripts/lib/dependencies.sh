@@ -64,7 +64,11 @@ need() {
     if [ ${#missing[@]} -eq 0 ]; then
         return
     fi
-    say "Installing ${#missing[@]} packages: ${missing[*]}"
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+    say "Installing ${#missing[@]} packages, and what they depend on: ${missing[*]}"
+    # Another installation, such as the desktop's own updates, may be under way.
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+    local install=(install -y --no-install-recommends "${missing[@]}")
+    if ! as_root "${apt[@]}" update || ! as_root "${apt[@]}" "${install[@]}"; then
+        die "that failed; what is to be done as root: apt-get update && apt-get ${install[*]}"
+    fi
 }
