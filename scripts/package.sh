@@ -22,4 +22,4 @@ say "Judging (lintian)"
 lintian --allow-root --fail-on error,warning "${packages[@]}"
 
 dpkg-deb --info "${packages[0]}"
-say "Built ${packages[0]}; install it with: apt install ./${packages[0]}"
+say "Built ${packages[0]}; install it with: sudo apt install ./${packages[0]}"
