@@ -4,6 +4,7 @@
 #include "QuireApp/QuireApp/LaunchSurfaces.h"
 #include "QuireApp/Theme/Theme.h"
 
+#include <QScreen>
 #include <QTimer>
 
 #include <chrono>
@@ -13,6 +14,9 @@ namespace quire {
 
 namespace {
 
+constexpr QSize usualSize{1180, 860};
+constexpr QSize smallestSize{920, 700};
+constexpr int titleBar = 40; // which the desktop adds, and tells of only once the window is there
 constexpr std::chrono::milliseconds longestWaitForFrame{500};
 
 } // namespace
@@ -23,10 +27,15 @@ MainWindow::MainWindow(const Theme &theme)
     ButtonAccessible::install(); // a screen reader comes in by this window
     setObjectName(QStringLiteral("main"));
     setTitle(QStringLiteral("Quire"));
-    setMinimumSize({920, 700});
-    resize(1180, 860);
+    setMinimumSize(smallestSize);
+    resize(screen() ? firstSize(screen()->availableSize()) : usualSize);
     setColor(theme.window());
     connect(&theme, &Theme::paletteChanged, this, [this, &theme] { setColor(theme.window()); });
+}
+
+QSize MainWindow::firstSize(const QSize &room)
+{
+    return usualSize.boundedTo({room.width(), room.height() - titleBar}).expandedTo(smallestSize);
 }
 
 void MainWindow::afterFirstFrame(std::function<void()> action)

@@ -23,6 +23,9 @@ public:
     // Not yet on the screen. theme: the look, outlives the window.
     explicit MainWindow(const Theme &theme);
 
+    // How large it comes up where the desktop leaves so much room, without its frame.
+    static QSize firstSize(const QSize &room);
+
     // Calls `action` once, from the event loop: after the first frame, or after
     // half a second on a screen that shows none (another workspace, a dark one).
     void afterFirstFrame(std::function<void()> action);

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QImage>
 #include <QQuickItem>
+#include <QScreen>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -54,7 +55,7 @@ TEST_P(MainWindowWith, BareSurfacesOfItsAppearanceIsThereBeforeAnyView)
     Theme theme(nullptr);
     theme.setAppearance(ink, GetParam(), InterfaceFontChoice::Georgia);
     MainWindow window(theme);
-    const QImage picture = pictureOf(window, window.size());
+    const QImage picture = pictureOf(window, {1180, 860});
     ASSERT_EQ(picture.size(), QSize(1180, 860));
     const auto at = [&picture](int x, int y) { return picture.pixelColor(x, y); };
 
@@ -68,6 +69,19 @@ TEST_P(MainWindowWith, BareSurfacesOfItsAppearanceIsThereBeforeAnyView)
 }
 
 INSTANTIATE_TEST_SUITE_P(EachAppearance, MainWindowWith, ::testing::ValuesIn(allSidebarAppearances));
+
+TEST(MainWindow, ItComesUpWholeOnAScreenThatIsSmallerAndAsUsualOnALargerOne)
+{
+    EXPECT_EQ(MainWindow::firstSize({1920, 1053}), QSize(1180, 860));
+    EXPECT_EQ(MainWindow::firstSize({1180, 900}), QSize(1180, 860));
+    EXPECT_EQ(MainWindow::firstSize({1366, 768}), QSize(1180, 728));
+    EXPECT_EQ(MainWindow::firstSize({1000, 1000}), QSize(1000, 860));
+    EXPECT_EQ(MainWindow::firstSize({640, 480}), QSize(920, 700)) << "never smaller than it is whole";
+    const Theme theme(nullptr);
+    const MainWindow window(theme);
+    EXPECT_EQ(window.size(), MainWindow::firstSize(window.screen()->availableSize()));
+    EXPECT_EQ(window.minimumSize(), QSize(920, 700));
+}
 
 TEST(MainWindow, ItsSurfacesFollowItsSize)
 {
