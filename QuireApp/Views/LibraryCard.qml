@@ -44,10 +44,13 @@ T.AbstractButton {
 
     contentItem: Item { // qmllint disable deferred-property-id
         PanelShadow {
-            x: image.paintedRect.x
-            y: image.paintedRect.y
-            width: image.paintedRect.width
-            height: image.paintedRect.height
+            // As large as the card stands, and not scaled with it: drawn by the processor, the pieces of
+            // a scaled shadow leave seams.
+            width: Math.round(image.paintedRect.width * card.scale)
+            height: Math.round(image.paintedRect.height * card.scale)
+            x: image.paintedRect.x + (image.paintedRect.width - width) / 2
+            y: image.paintedRect.y + (image.paintedRect.height - height) / 2
+            scale: 1 / card.scale
             radius: 6
             blur: 7
             offset: 4
