@@ -9,6 +9,8 @@ namespace quire {
 namespace {
 
 const QString lastUpdateCheckKey = QStringLiteral("quireLastAutomaticUpdateCheck");
+const QString windowSizeKey = QStringLiteral("windowSize");
+const QString windowIsMaximizedKey = QStringLiteral("windowIsMaximized");
 
 } // namespace
 
@@ -30,6 +32,23 @@ void UserDefaults::setLastUpdateCheck(Instant instant) const
 {
     QSettings settings(m_file, QSettings::IniFormat);
     settings.setValue(lastUpdateCheckKey, DateParser::iso8601(instant));
+}
+
+std::optional<WindowShape> UserDefaults::windowShape() const
+{
+    const QSettings settings(m_file, QSettings::IniFormat);
+    const QSize size = settings.value(windowSizeKey).toSize();
+    if (size.isEmpty()) {
+        return std::nullopt;
+    }
+    return WindowShape{.size = size, .isMaximized = settings.value(windowIsMaximizedKey).toBool()};
+}
+
+void UserDefaults::setWindowShape(const WindowShape &shape) const
+{
+    QSettings settings(m_file, QSettings::IniFormat);
+    settings.setValue(windowSizeKey, shape.size);
+    settings.setValue(windowIsMaximizedKey, shape.isMaximized);
 }
 
 } // namespace quire

@@ -5,7 +5,6 @@
 #include "QuireApp/Theme/Theme.h"
 
 #include <QScreen>
-#include <QTimer>
 
 #include <chrono>
 #include <utility>
@@ -18,24 +17,53 @@ constexpr QSize usualSize{1180, 860};
 constexpr QSize smallestSize{920, 700};
 constexpr int titleBar = 40; // which the desktop adds, and tells of only once the window is there
 constexpr std::chrono::milliseconds longestWaitForFrame{500};
+constexpr std::chrono::milliseconds longestWaitForState{200};
 
 } // namespace
 
-MainWindow::MainWindow(const Theme &theme)
+MainWindow::MainWindow(const Theme &theme, const WindowShape &last)
     : m_surfaces(new LaunchSurfaces(theme, *contentItem()))
+    , m_size(screen() ? firstSize(screen()->availableSize(), last.size) : usualSize)
+    , m_comesUpMaximized(last.isMaximized)
 {
     ButtonAccessible::install(); // a screen reader comes in by this window
     setObjectName(QStringLiteral("main"));
     setTitle(QStringLiteral("Quire"));
     setMinimumSize(smallestSize);
-    resize(screen() ? firstSize(screen()->availableSize()) : usualSize);
+    resize(m_size);
+    // Some desktops make it large first and tell that it fills the screen afterwards.
+    m_resized.setSingleShot(true);
+    m_resized.setInterval(longestWaitForState);
+    connect(&m_resized, &QTimer::timeout, this, [this] { m_size = shape().size; });
     setColor(theme.window());
     connect(&theme, &Theme::paletteChanged, this, [this, &theme] { setColor(theme.window()); });
 }
 
-QSize MainWindow::firstSize(const QSize &room)
+QSize MainWindow::firstSize(const QSize &room, const QSize &wish)
 {
-    return usualSize.boundedTo({room.width(), room.height() - titleBar}).expandedTo(smallestSize);
+    const QSize size = wish.isEmpty() ? usualSize : wish;
+    return size.boundedTo({room.width(), room.height() - titleBar}).expandedTo(smallestSize);
+}
+
+void MainWindow::present()
+{
+    if (m_comesUpMaximized) {
+        showMaximized();
+    } else {
+        show();
+    }
+}
+
+WindowShape MainWindow::shape() const
+{
+    return {.size = windowStates() == Qt::WindowNoState ? size() : m_size,
+        .isMaximized = windowStates().testFlag(Qt::WindowMaximized)};
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    m_resized.start();
+    QQuickWindow::resizeEvent(event);
 }
 
 void MainWindow::afterFirstFrame(std::function<void()> action)

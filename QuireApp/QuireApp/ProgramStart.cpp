@@ -3,6 +3,7 @@
 #include "images/StandInFonts.h"
 #include "QuireApp/QuireApp/QuireApplication.h"
 #include "QuireApp/Theme/InterfaceFonts.h"
+#include "sources/ServiceEndpoints.h"
 
 #include <QGuiApplication>
 #include <QQuickStyle>
@@ -28,8 +29,9 @@ const Theme &lookOfLastRun(Theme &theme)
 } // namespace
 
 ProgramStart::ProgramStart()
-    : m_theme(nullptr)
-    , m_window(lookOfLastRun(m_theme))
+    : m_defaults(ServiceEndpoints::userSettingsFile())
+    , m_theme(nullptr)
+    , m_window(lookOfLastRun(m_theme), m_defaults.windowShape().value_or(WindowShape{}))
 {
 }
 
@@ -45,9 +47,11 @@ int ProgramStart::run(const std::function<void(QuireApplication &)> &filled)
             filled(*m_application);
         }
     });
-    m_window.show();
+    m_window.present();
     QuireApplication::prepare(m_engine);
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    m_defaults.setWindowShape(m_window.shape());
+    return status;
 }
 
 } // namespace quire

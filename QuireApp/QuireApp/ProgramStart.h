@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "core/UserDefaults.h"
 #include "QuireApp/QuireApp/MainWindow.h"
 #include "QuireApp/Theme/Theme.h"
 
@@ -28,12 +29,13 @@ public:
 
     MainWindow &window() { return m_window; }
 
-    // Shows the window and runs the event loop. Once. filled: called from the loop
+    // Shows the window, as large as it was left, and runs the event loop. Once. filled: called from the loop
     // when the views are in the window, before the library begins to load.
     // Result: the program's exit status, a failure when there are no views.
     int run(const std::function<void(QuireApplication &)> &filled = {});
 
 private:
+    UserDefaults m_defaults;
     Theme m_theme;
     MainWindow m_window;
     QQmlEngine m_engine;

@@ -12,6 +12,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -77,10 +78,34 @@ TEST(MainWindow, ItComesUpWholeOnAScreenThatIsSmallerAndAsUsualOnALargerOne)
     EXPECT_EQ(MainWindow::firstSize({1366, 768}), QSize(1180, 728));
     EXPECT_EQ(MainWindow::firstSize({1000, 1000}), QSize(1000, 860));
     EXPECT_EQ(MainWindow::firstSize({640, 480}), QSize(920, 700)) << "never smaller than it is whole";
+    EXPECT_EQ(MainWindow::firstSize({1920, 1053}, {1500, 1000}), QSize(1500, 1000)) << "as it was left";
+    EXPECT_EQ(MainWindow::firstSize({1366, 768}, {1500, 1000}), QSize(1366, 728)) << "on a larger screen";
+    EXPECT_EQ(MainWindow::firstSize({1366, 768}, {1, 1000000}), QSize(920, 728)) << "or by somebody's hand";
     const Theme theme(nullptr);
     const MainWindow window(theme);
     EXPECT_EQ(window.size(), MainWindow::firstSize(window.screen()->availableSize()));
     EXPECT_EQ(window.minimumSize(), QSize(920, 700));
+}
+
+TEST(MainWindow, ItTellsTheSizeThatItHasWhereItDoesNotFillTheScreen)
+{
+    const Theme theme(nullptr);
+    MainWindow window(theme, {.size = {920, 710}, .isMaximized = true});
+    window.present();
+    ASSERT_TRUE(testing::eventually([&] { return window.windowStates() == Qt::WindowMaximized; }));
+    EXPECT_EQ(window.shape(), (WindowShape{.size = {920, 710}, .isMaximized = true}));
+    window.showNormal();
+    window.resize(940, 720);
+    ASSERT_TRUE(testing::eventually([&] { return window.shape().size == QSize(940, 720); }));
+    EXPECT_FALSE(window.shape().isMaximized);
+    QTest::qWait(300); // until that size is the one before the next
+    window.showMaximized();
+    ASSERT_TRUE(testing::eventually([&] { return window.shape().isMaximized; }));
+    QTest::qWait(300);
+    EXPECT_NE(window.size(), QSize(940, 720));
+    EXPECT_EQ(window.shape().size, QSize(940, 720));
+    window.close();
+    EXPECT_EQ(window.shape(), (WindowShape{.size = {940, 720}, .isMaximized = true}));
 }
 
 TEST(MainWindow, ItsSurfacesFollowItsSize)

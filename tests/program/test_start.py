@@ -71,6 +71,19 @@ class Start(ProgramTestCase):
         second = self.start()
         second.wait_for_text("No titles found")
 
+    def test_the_window_is_as_large_as_it_was_left(self):
+        first = self.start()
+        self.assertEqual(first.find("Quire", role="frame").frame[2:], (1180, 860))
+        first.resize(1000, 720)
+        self.assertEqual(first.quit(), 0)
+        second = self.start()
+        self.assertEqual(second.find("Quire", role="frame").frame[2:], (1000, 720))
+        second.resize(1010, 730)
+        second.close_window()
+        self.assertEqual(second.wait(), 0)
+        third = self.start()
+        self.assertEqual(third.find("Quire", role="frame").frame[2:], (1010, 730))
+
     def test_the_window_shows_its_desktop_the_icon_and_the_menu_entry(self):
         program = self.start()
         window = windows_of(program.pid, "^Quire$")[-1]
