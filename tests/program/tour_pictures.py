@@ -16,6 +16,7 @@ import os
 import shutil
 import signal
 import sys
+import threading
 from collections.abc import Callable
 from dataclasses import dataclass
 from pathlib import Path
@@ -226,10 +227,12 @@ class Visit:
         program.type("the")
         program.keys("Return")
         row = program.find(UNWRITTEN, role="list item", seconds=30)
-        self.services.files["/search.json"] = Answer(b"{}", delay=15)  # the look for a cover takes its time
+        seen = threading.Event()
+        self.services.files["/search.json"] = Answer(b"{}", until=seen)  # the look for a cover takes its time
         row.find("Want to Read").press()
-        program.find(starting="Adding ", role="alert")
+        program.find(starting="Adding ", role="alert", seconds=60)
         self.take_at_once("working")
+        seen.set()
         program.wait_for_text("Book added", seconds=60)
         self.take_at_once("toast")
         del self.services.files["/search.json"]
