@@ -31,8 +31,8 @@ T.Button {
         radius: 9
         color: button.prominent ? (button.hovered ? Theme.accentHovered : Theme.accent)
             : button.hovered ? Theme.hover : Theme.field
-        border.width: button.prominent && Theme.mark === Theme.accent ? 0 : 1 // a light accent would not be seen
-        border.color: button.prominent ? Theme.hairline : Theme.edge
+        border.width: button.prominent && !Theme.isAccentLight ? 0 : 1
+        border.color: Theme.hairline
 
         FocusRing {
             control: button

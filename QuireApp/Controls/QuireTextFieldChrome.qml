@@ -14,5 +14,5 @@ Rectangle {
     radius: 9
     color: Theme.field
     border.width: chrome.field.activeFocus ? 2 : 1
-    border.color: chrome.field.activeFocus ? Theme.mark : Theme.edge
+    border.color: chrome.field.activeFocus ? Theme.mark : Theme.hairline
 }

@@ -83,9 +83,9 @@ QColor Theme::onMetricCard() const
     return foregroundOn(metricCard());
 }
 
-QColor Theme::hairline() const
+QColor Theme::hairlineAt(double opacity) const
 {
-    return mark() == accent() ? tint(0.24) : withOpacity(ink(), 0.14);
+    return isAccentLight() ? withOpacity(ink(), 0.14 * opacity) : withOpacity(tint(0.24), opacity);
 }
 
 QColor Theme::secondary() const

@@ -37,8 +37,8 @@ class Theme : public QObject
     Q_PROPERTY(QColor hover READ hover NOTIFY paletteChanged)
     Q_PROPERTY(QColor emptyCover READ emptyCover NOTIFY paletteChanged)
     Q_PROPERTY(QColor pill READ pill NOTIFY paletteChanged)
-    Q_PROPERTY(QColor edge READ edge NOTIFY paletteChanged)
     Q_PROPERTY(QColor hairline READ hairline NOTIFY paletteChanged)
+    Q_PROPERTY(bool isAccentLight READ isAccentLight NOTIFY paletteChanged)
     Q_PROPERTY(QColor card READ card NOTIFY paletteChanged)
     Q_PROPERTY(QColor metricCard READ metricCard NOTIFY paletteChanged)
     Q_PROPERTY(QColor onMetricCard READ onMetricCard NOTIFY paletteChanged)
@@ -85,6 +85,9 @@ public:
     // The accent over white, for the factors that have no name above.
     Q_INVOKABLE QColor accentTint(double factor) const { return tint(factor); }
 
+    // The hairline, fainter: opacity from 0 (none of it) to 1.
+    Q_INVOKABLE QColor hairlineAt(double opacity) const;
+
     // Symbols on a surface of any colour, by the rule of prominent buttons.
     Q_INVOKABLE QColor foregroundOn(const QColor &surface) const;
 
@@ -107,10 +110,11 @@ public:
     QColor hover() const { return tint(0.07); }
     QColor emptyCover() const { return tint(0.09); }
     QColor pill() const { return tint(0.12); }
-    QColor edge() const { return tint(0.24); }
-    // The edge of buttons and panels; with an accent near white a tint of it
+    // An accent near white, whose tints cannot be told from the paper.
+    bool isAccentLight() const { return mark() != accent(); }
+    // The edge of fields, buttons and panels: a tint of the accent, or ink where that
     // would leave them without one.
-    QColor hairline() const;
+    QColor hairline() const { return hairlineAt(1); }
     QColor card() const { return tint(0.3); }
     QColor metricCard() const { return tint(0.19); }
     QColor onMetricCard() const;

@@ -45,7 +45,7 @@ T.AbstractButton {
             radius: width / 2
             color: swatch.color
             border.width: swatch.isCustom ? 0 : 1
-            border.color: Theme.pill
+            border.color: Theme.isAccentLight ? Theme.hairline : Theme.pill
         }
         ColorWheelPicture {
             anchors.fill: parent
@@ -66,7 +66,7 @@ T.AbstractButton {
             visible: swatch.isCustom
             color: "transparent"
             border.width: 1
-            border.color: Theme.pill
+            border.color: Theme.isAccentLight ? Theme.hairline : Theme.pill
         }
         Rectangle {
             // Its middle is 3 outside the edge.

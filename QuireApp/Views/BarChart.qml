@@ -54,7 +54,7 @@ Item {
                 width: chart.width - chart.axisWidth
                 height: 1
                 visible: chart.hasLines || tick.modelData === 0
-                color: Qt.alpha(Theme.edge, tick.modelData === 0 ? 0.9 : 0.45)
+                color: Theme.hairlineAt(tick.modelData === 0 ? 0.9 : 0.45)
             }
             QuireText {
                 x: chart.axisWidth - width - 8
@@ -98,7 +98,7 @@ Item {
                 radius: Math.min(4, height / 2)
                 visible: slot.share > 0
                 color: pointer.hovered ? Theme.accentHovered : Theme.accent
-                border.width: Theme.mark === Theme.accent ? 0 : 1 // a light accent would not be seen
+                border.width: Theme.isAccentLight ? 1 : 0
                 border.color: Theme.hairline
 
                 QuireText {

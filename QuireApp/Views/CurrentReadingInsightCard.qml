@@ -32,6 +32,8 @@ T.AbstractButton {
     background: Rectangle {
         radius: 14
         color: Theme.card
+        border.width: Theme.isAccentLight ? 1 : 0
+        border.color: Theme.hairline
 
         FocusRing {
             control: card

@@ -20,7 +20,7 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
         height: 1
-        color: Theme.card
+        color: Theme.isAccentLight ? Theme.hairline : Theme.card
     }
     Row {
         id: dots
@@ -102,6 +102,8 @@ Item {
         height: 20
         radius: 10
         color: Theme.pill
+        border.width: Theme.isAccentLight ? 1 : 0
+        border.color: Theme.hairline
         visible: header.contextLabel.length > 0
 
         QuireText {

@@ -9,5 +9,5 @@ ManualTextArea {
     titleWeight: Font.DemiBold
     textSize: 14
     inset: 7
-    edge: Theme.edge
+    edge: Theme.hairline
 }

@@ -14,6 +14,8 @@ Rectangle {
     implicitHeight: 24
     radius: height / 2
     color: Theme.pill
+    border.width: Theme.isAccentLight ? 1 : 0
+    border.color: Theme.hairline
 
     Row {
         id: words

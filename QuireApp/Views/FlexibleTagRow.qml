@@ -25,6 +25,8 @@ Flow {
             height: 26
             radius: 13
             color: Theme.pill
+            border.width: Theme.isAccentLight ? 1 : 0
+            border.color: Theme.hairline
 
             QuireText {
                 id: words

@@ -147,7 +147,7 @@ T.Popup {
             radius: 9
             color: "white"
             border.width: list.activeFocus ? 2 : 1
-            border.color: list.activeFocus ? Theme.mark : Theme.edge
+            border.color: list.activeFocus ? Theme.mark : Theme.hairline
 
             QuireText {
                 anchors.centerIn: parent

@@ -14,6 +14,8 @@ Rectangle {
     implicitHeight: Math.max(118, column.implicitHeight + 34)
     radius: 13
     color: Theme.metricCard
+    border.width: Theme.isAccentLight ? 1 : 0
+    border.color: Theme.hairline
 
     Accessible.role: Accessible.StaticText
     Accessible.name: card.title + ": " + card.value

@@ -146,7 +146,7 @@ FocusScope {
             Rectangle {
                 width: parent.width
                 height: 1
-                color: Theme.edge
+                color: Theme.hairline
             }
             QuireText {
                 anchors.left: parent.left

@@ -66,7 +66,7 @@ Flickable {
             Rectangle {
                 width: parent.width
                 height: 1
-                color: Theme.pill
+                color: Theme.isAccentLight ? Theme.hairline : Theme.pill
             }
         }
 

@@ -160,7 +160,7 @@ TEST(Theme, NamedSurfacesAreTintsOfTheAccent)
     EXPECT_EQ(theme.hover(), tint(0.07));
     EXPECT_EQ(theme.emptyCover(), tint(0.09));
     EXPECT_EQ(theme.pill(), tint(0.12));
-    EXPECT_EQ(theme.edge(), tint(0.24));
+    EXPECT_EQ(theme.hairline(), tint(0.24));
     EXPECT_EQ(theme.card(), tint(0.3));
     EXPECT_EQ(hex(theme.ink()), QStringLiteral("#2e2626"));
 }
@@ -171,7 +171,10 @@ TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
     EXPECT_EQ(theme.mark(), theme.accent());
     theme.setAppearance(white, SidebarAppearance::Snow, InterfaceFontChoice::AvenirNext);
     EXPECT_EQ(theme.mark(), ThemePalette::quireInk());
-    EXPECT_NE(theme.hairline(), QColor(Qt::white));
+    EXPECT_TRUE(theme.isAccentLight());
+    EXPECT_EQ(hex(theme.hairline()), hex(theme.ink()));
+    EXPECT_NEAR(theme.hairline().alphaF(), 0.14, 0.001);
+    EXPECT_NEAR(theme.hairlineAt(0.5).alphaF(), 0.07, 0.001);
     EXPECT_EQ(theme.onAccent(), ThemePalette::quireInk());
 }
 

@@ -53,6 +53,26 @@ class AppearanceTestCase(ProgramTestCase):
         self.eventually(lambda: self.home.setting(key) == value, f"{key} is {self.home.setting(key)}, not {value}")
 
 
+class AWhiteAccent(AppearanceTestCase):
+    def test_fields_and_buttons_of_a_form_keep_an_edge(self):
+        self.home.write_settings(usesCustomAccentColor="1", customAccentRed="1", customAccentGreen="1", customAccentBlue="1")
+        program = self.start()
+        program.find("Add Book", role="push button").click()
+        panel = program.find("Add Book", role="dialog")
+        panel.find("Enter Manually", role="page tab").click()
+        panel.find("Author", role="text")
+        program.wait_until_idle()
+        for name, role in (("Author", "text"), ("Summary", "text"), ("Cancel", "push button"), ("Add Book", "push button")):
+            with self.subTest(name):
+                self.assertNotEqual(colour_at(*self.above(panel.find(name, role=role))), "FFFFFF")
+
+    def above(self, control):
+        """A place on the upper edge of what frames the control."""
+        left, top, width, height = control.frame
+        middle = left + width // 2
+        return next(((middle, y) for y in range(top, top - 9, -1) if colour_at(middle, y) != "FFFFFF"), (middle, top))
+
+
 class Appearance(AppearanceTestCase):
     def test_it_is_the_tab_that_settings_open_with(self):
         program = self.start()
