@@ -64,9 +64,10 @@ Column {
                 selectionColor: Theme.mark
                 selectedTextColor: "white"
                 onTextChanged: if (!editor.isFollowing) area.edited(editor.text)
-                KeyNavigation.priority: KeyNavigation.BeforeItem
-                KeyNavigation.tab: editor.nextItemInFocusChain(true)
-                KeyNavigation.backtab: editor.nextItemInFocusChain(false)
+                // The neighbours are asked for when they are wanted: they come and go with the form.
+                Keys.priority: Keys.BeforeItem
+                Keys.onTabPressed: editor.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+                Keys.onBacktabPressed: editor.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
                 Accessible.name: area.title
             }

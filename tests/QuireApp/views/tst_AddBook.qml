@@ -110,5 +110,24 @@ Item {
             mouseClick(named("Cancel"));
             compare(closed.count, 1);
         }
+
+        function test_byHandTabGoesFromTheNotesToTheButtonsAndBack() {
+            mouseClick(named("Enter Manually"));
+            tryVerify(() => named("Title").activeFocus);
+            for (const letter of "xy")
+                keyClick(letter);
+            keyClick(Qt.Key_Tab);
+            keyClick("z");
+            tryVerify(() => named("Add Book").enabled);
+            mouseClick(named("Summary"));
+            for (const next of ["Notes", "Cancel", "Add Book"]) {
+                keyClick(Qt.Key_Tab);
+                verify(named(next).activeFocus, next);
+            }
+            for (const last of ["Cancel", "Notes", "Summary", "Reading Status"]) {
+                keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+                verify(named(last).activeFocus, last);
+            }
+        }
     }
 }
