@@ -140,36 +140,45 @@ Column {
             size: 11
             color: control.rating > 0 ? Theme.ink : Theme.secondary
         }
-        T.AbstractButton {
-            id: clear
-
+        // Keeps its room, so that what stands beside the stars stays there.
+        Item {
             anchors.verticalCenter: parent.verticalCenter
             width: 24
             height: 24
-            visible: control.rating > 0
-            hoverEnabled: true
-            focusPolicy: Qt.StrongFocus
-            onClicked: control.rated(0)
 
-            Keys.onReturnPressed: clear.clicked()
-            Keys.onEnterPressed: clear.clicked()
-            Accessible.onPressAction: clear.clicked()
-            Accessible.role: Accessible.Button
-            Accessible.name: "Clear rating"
+            T.AbstractButton {
+                id: clear
 
-            SymbolPicture {
-                anchors.centerIn: parent
-                name: "xmark.circle.fill"
-                size: 13
-                color: clear.hovered ? Theme.ink : Theme.secondary
-            }
-            FocusRing {
-                control: clear
-                visible: clear.visualFocus
-            }
-            QuireToolTip {
-                text: "Clear rating"
-                visible: clear.hovered
+                anchors.fill: parent
+                visible: control.rating > 0
+                hoverEnabled: true
+                focusPolicy: Qt.StrongFocus
+                onClicked: {
+                    if (clear.visualFocus)
+                        stars.forceActiveFocus(Qt.TabFocusReason); // it goes with the rating
+                    control.rated(0);
+                }
+
+                Keys.onReturnPressed: clear.clicked()
+                Keys.onEnterPressed: clear.clicked()
+                Accessible.onPressAction: clear.clicked()
+                Accessible.role: Accessible.Button
+                Accessible.name: "Clear rating"
+
+                SymbolPicture {
+                    anchors.centerIn: parent
+                    name: "xmark.circle.fill"
+                    size: 13
+                    color: clear.hovered ? Theme.ink : Theme.secondary
+                }
+                FocusRing {
+                    control: clear
+                    visible: clear.visualFocus
+                }
+                QuireToolTip {
+                    text: "Clear rating"
+                    visible: clear.hovered
+                }
             }
         }
     }

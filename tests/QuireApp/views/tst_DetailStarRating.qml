@@ -115,6 +115,23 @@ Item {
             verify(!named("Clear rating"));
         }
 
+        function test_whoClearsByTheKeyboardStaysAtTheStars() {
+            root.rating = 4;
+            named("My Rating").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Tab);
+            verify(named("Clear rating").activeFocus);
+            keyClick(Qt.Key_Return);
+            compare(root.rating, 0);
+            verify(named("My Rating").activeFocus);
+        }
+
+        function test_whatStandsBesideTheStarsStaysWhenThereIsARating() {
+            const width = stars.width;
+            root.rating = 4;
+            wait(0); // the row takes its width
+            compare(stars.width, width);
+        }
+
         function test_aHalfIsFourteenWideAndThirtyHigh() {
             compare(half("3.5").width, 14);
             compare(half("3.5").height, 30);
