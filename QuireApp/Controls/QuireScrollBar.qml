@@ -1,4 +1,5 @@
-// A thin bar over the content that fades when nothing moves.
+// A thin bar over the content that fades when nothing moves. Where nothing else tells
+// that there is more below, it stays as long as there is.
 
 import QtQuick
 import QtQuick.Templates as T
@@ -7,6 +8,32 @@ import Quire
 
 T.ScrollBar {
     id: bar
+
+    property bool staysAboveMore: false
+    readonly property bool isShown: bar.active || (bar.staysAboveMore && bar.position + bar.size < 0.999)
+
+    // The keys that turn pages, from whoever has the keyboard.
+    function handleKey(event: var) {
+        const end = 1 - bar.size;
+        const turn = 0.9 * bar.size;
+        switch (event.key) {
+        case Qt.Key_PageUp:
+            bar.position = Math.max(0, bar.position - turn);
+            break;
+        case Qt.Key_PageDown:
+            bar.position = Math.min(end, bar.position + turn);
+            break;
+        case Qt.Key_Home:
+            bar.position = 0;
+            break;
+        case Qt.Key_End:
+            bar.position = end;
+            break;
+        default:
+            return;
+        }
+        event.accepted = true;
+    }
 
     implicitWidth: 13
     implicitHeight: 13
@@ -21,7 +48,7 @@ T.ScrollBar {
             height: parent.height
             radius: width / 2
             color: Theme.scrollBar
-            opacity: bar.active ? 1 : 0
+            opacity: bar.isShown ? 1 : 0
 
             Behavior on width {
                 NumberAnimation {
@@ -32,7 +59,7 @@ T.ScrollBar {
             Behavior on opacity {
                 SequentialAnimation {
                     PauseAnimation {
-                        duration: bar.active ? 0 : 800
+                        duration: bar.isShown ? 0 : 800
                     }
                     NumberAnimation {
                         duration: 160

@@ -184,7 +184,9 @@ FocusScope {
                 }
             }
 
-            T.ScrollBar.vertical: QuireScrollBar {}
+            T.ScrollBar.vertical: QuireScrollBar {
+                staysAboveMore: true
+            }
 
             KeyboardFollower {
                 page: form

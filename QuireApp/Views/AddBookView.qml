@@ -202,7 +202,9 @@ FocusScope {
                 }
             }
 
-            T.ScrollBar.vertical: QuireScrollBar {}
+            T.ScrollBar.vertical: QuireScrollBar {
+                staysAboveMore: true
+            }
 
             KeyboardFollower {
                 page: form

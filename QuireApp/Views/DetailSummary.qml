@@ -53,7 +53,9 @@ Item {
             font: words.font
         }
 
-        T.ScrollBar.vertical: QuireScrollBar {}
+        T.ScrollBar.vertical: QuireScrollBar {
+            staysAboveMore: true
+        }
     }
     FocusRing {
         anchors.fill: scroller

@@ -191,6 +191,10 @@ FocusScope {
             }
         }
 
-        T.ScrollBar.vertical: QuireScrollBar {}
+        T.ScrollBar.vertical: QuireScrollBar {
+            id: bar
+
+            staysAboveMore: true
+        }
     }
 }

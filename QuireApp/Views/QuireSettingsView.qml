@@ -133,7 +133,9 @@ FocusScope {
                 page: scroller
             }
 
-            T.ScrollBar.vertical: QuireScrollBar {}
+            T.ScrollBar.vertical: QuireScrollBar {
+                staysAboveMore: true
+            }
         }
 
         Item {
