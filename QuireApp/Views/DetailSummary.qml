@@ -22,10 +22,13 @@ Item {
     Flickable {
         id: scroller
 
+        // As many lines as there is room for, none of them cut through.
+        readonly property real room: summary.height - scroller.y
+
         anchors.top: heading.bottom
         anchors.topMargin: 7
-        anchors.bottom: parent.bottom
         width: parent.width
+        height: Math.max(1, Math.floor(scroller.room / words.lineHeight)) * words.lineHeight
         contentHeight: words.implicitHeight
         boundsBehavior: Flickable.StopAtBounds
         interactive: contentHeight > height
