@@ -119,25 +119,25 @@ Flickable {
                 leastWidth: 140
 
                 InsightMetricCard {
-                    width: metrics.cellWidth
+                    width: metrics.widthOf(0)
                     title: "Books Finished"
                     value: view.insights.booksFinished
                     systemImage: "books.vertical"
                 }
                 InsightMetricCard {
-                    width: metrics.cellWidth
+                    width: metrics.widthOf(1)
                     title: "Pages Read"
                     value: view.insights.pagesRead
                     systemImage: "book.pages"
                 }
                 InsightMetricCard {
-                    width: metrics.cellWidth
+                    width: metrics.widthOf(2)
                     title: "Average Rating"
                     value: view.insights.ratingThisYear
                     systemImage: "star"
                 }
                 InsightMetricCard {
-                    width: metrics.cellWidth
+                    width: metrics.widthOf(3)
                     title: "Active Months"
                     value: view.insights.activeMonths
                     systemImage: "calendar"
@@ -284,9 +284,10 @@ Flickable {
                     RecentReadInsightCard {
                         id: finished
 
+                        required property int index
                         required property double rowId
 
-                        width: recent.cellWidth
+                        width: recent.widthOf(finished.index)
                         onClicked: view.bookChosen(finished.rowId)
                     }
                 }
@@ -294,13 +295,20 @@ Flickable {
         }
     }
 
-    // As many columns of one width as fit.
+    // As many columns of one width as fit; of whole pixels, so that some are wider by one.
     component AdaptiveGrid: Grid {
+        id: grid
+
         required property int leastWidth
         property int mostColumns: 4
-        readonly property real cellWidth: Math.floor((width - (columns - 1) * spacing) / columns)
 
-        columns: Math.max(1, Math.min(mostColumns, Math.floor((width + spacing) / (leastWidth + spacing))))
+        function widthOf(index: int): real {
+            const step = (grid.width + grid.spacing) / grid.columns;
+            const column = index % grid.columns;
+            return Math.round((column + 1) * step) - Math.round(column * step) - grid.spacing;
+        }
+
+        columns: Math.max(1, Math.min(grid.mostColumns, Math.floor((grid.width + grid.spacing) / (grid.leastWidth + grid.spacing))))
         spacing: 16
     }
 }

@@ -69,6 +69,25 @@ Item {
             }
         }
 
+        function test_theCardsEndWhereThePageEnds_data() {
+            return [697, 700, 701, 702].map(width => ({
+                        tag: width,
+                        width: width
+                    }));
+        }
+
+        function test_theCardsEndWhereThePageEnds(data) {
+            view.anchors.fill = undefined;
+            view.width = data.width;
+            const left = card => card.mapToItem(view, 0, 0).x;
+            const cards = ["Books Finished", "Pages Read", "Average Rating", "Active Months"].map(name => allNamed(name)[0]);
+            tryVerify(() => left(cards[3]) + cards[3].width === data.width - 32);
+            compare(left(cards[0]), 32);
+            for (let number = 1; number < 4; ++number)
+                compare(left(cards[number]) - left(cards[number - 1]) - cards[number - 1].width, 16);
+            view.anchors.fill = root;
+        }
+
         function test_aLongReasonIsReadInFull() {
             compare(empty.height, 70);
             empty.detail = "The catalogue answered in a way that is not understood. ".repeat(4);
