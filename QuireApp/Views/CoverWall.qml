@@ -29,6 +29,7 @@ FocusScope {
     // both sides, so that the wall is centred; the heading keeps its edges.
     readonly property int columns: Math.max(1, Math.floor(
         (view.width - 2 * view.sidePadding + view.columnSpacing) / grid.cellWidth))
+    readonly property int cardsInSight: view.columns * Math.max(1, Math.floor(grid.height / grid.cellHeight))
     readonly property int wallWidth: view.columns * grid.cellWidth - view.columnSpacing
     readonly property int wallLeft: Math.max(view.sidePadding, Math.floor((view.width - view.wallWidth) / 2))
 
@@ -37,6 +38,7 @@ FocusScope {
     }
 
     onVisibleChanged: if (view.visible) view.showTop()
+    Keys.onPressed: event => bar.handleKey(event)
 
     // The keyboard has come to something in the foot, which may be out of sight. What
     // was pressed with the mouse stays where it is until it is let go.
@@ -94,6 +96,8 @@ FocusScope {
         onCountChanged: if (grid.count > 0 && grid.currentIndex < 0) grid.currentIndex = 0
 
         T.ScrollBar.vertical: QuireScrollBar {
+            id: bar
+
             parent: view
             anchors.right: parent.right
             anchors.top: parent.top
@@ -112,11 +116,15 @@ FocusScope {
         children: [view.foot]
     }
 
-    // A card takes the arrow keys; Tab goes on to what comes after the grid.
+    // A card takes the arrow keys and those that turn pages; Tab goes on to what comes
+    // after the grid.
     function moveFocus(step: int, from: int) {
         const row = from + step;
-        if (row < 0 || row >= grid.count)
-            return;
+        if (row >= 0 && row < grid.count)
+            view.focusCard(row);
+    }
+
+    function focusCard(row: int) {
         view.makeCurrent(row);
         if (grid.currentItem)
             grid.currentItem.forceActiveFocus(Qt.TabFocusReason);
@@ -143,6 +151,18 @@ FocusScope {
             break;
         case Qt.Key_Down:
             view.moveFocus(view.columns, index);
+            break;
+        case Qt.Key_PageUp:
+            view.focusCard(Math.max(index - view.cardsInSight, index % view.columns));
+            break;
+        case Qt.Key_PageDown:
+            view.focusCard(Math.min(index + view.cardsInSight, grid.count - 1));
+            break;
+        case Qt.Key_Home:
+            view.focusCard(0);
+            break;
+        case Qt.Key_End:
+            view.focusCard(grid.count - 1);
             break;
         default:
             return;

@@ -24,6 +24,8 @@ FocusScope {
         audiobooks.showTop();
     }
 
+    Keys.forwardTo: [books, audiobooks]
+
     // The page in words: a new one is looked at from its top, whoever turned it.
     readonly property string page: view.library.pageDescription
     onPageChanged: view.bookPageChanged()

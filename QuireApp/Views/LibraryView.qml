@@ -13,6 +13,8 @@ FocusScope {
     signal addBookRequested
     signal addAudiobookRequested
 
+    Keys.forwardTo: [grid]
+
     LibraryGridView {
         id: grid
 

@@ -64,6 +64,7 @@ FocusScope {
 
         Keys.onUpPressed: scroller.flick(0, 600)
         Keys.onDownPressed: scroller.flick(0, -600)
+        Keys.onPressed: event => bar.handleKey(event)
 
         Column {
             id: column

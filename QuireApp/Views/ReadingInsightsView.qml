@@ -24,8 +24,11 @@ Flickable {
 
     Keys.onUpPressed: view.flick(0, 600)
     Keys.onDownPressed: view.flick(0, -600)
+    Keys.onPressed: event => bar.handleKey(event)
 
-    T.ScrollBar.vertical: QuireScrollBar {}
+    T.ScrollBar.vertical: QuireScrollBar {
+        id: bar
+    }
 
     FocusRing {
         parent: view

@@ -27,6 +27,8 @@ FocusScope {
     signal settingsRequested
 
     focus: true
+    // A page is turned wherever the keyboard is.
+    Keys.forwardTo: [library.made as Item, insights.made as Item]
 
     // Where the keyboard was before a panel or a menu took it, it is when that has
     // closed. The toolkit gives it back in windows of its own kind alone.
