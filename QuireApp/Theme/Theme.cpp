@@ -83,9 +83,14 @@ QColor Theme::onMetricCard() const
     return foregroundOn(metricCard());
 }
 
-QColor Theme::hairlineAt(double opacity) const
+QColor Theme::hairline() const
 {
-    return isAccentLight() ? withOpacity(ink(), 0.14 * opacity) : withOpacity(tint(0.24), opacity);
+    return isAccentLight() ? withOpacity(ink(), 0.14) : tint(0.24);
+}
+
+QColor Theme::faded(const QColor &color, double opacity) const
+{
+    return withOpacity(color, color.alphaF() * opacity);
 }
 
 QColor Theme::secondary() const

@@ -85,8 +85,8 @@ public:
     // The accent over white, for the factors that have no name above.
     Q_INVOKABLE QColor accentTint(double factor) const { return tint(factor); }
 
-    // The hairline, fainter: opacity from 0 (none of it) to 1.
-    Q_INVOKABLE QColor hairlineAt(double opacity) const;
+    // A colour of the theme fainter than it is: opacity from 0 (none of it) to 1.
+    Q_INVOKABLE QColor faded(const QColor &color, double opacity) const;
 
     // Symbols on a surface of any colour, by the rule of prominent buttons.
     Q_INVOKABLE QColor foregroundOn(const QColor &surface) const;
@@ -114,7 +114,7 @@ public:
     bool isAccentLight() const { return mark() != accent(); }
     // The edge of fields, buttons and panels: a tint of the accent, or ink where that
     // would leave them without one.
-    QColor hairline() const { return hairlineAt(1); }
+    QColor hairline() const;
     QColor card() const { return tint(0.3); }
     QColor metricCard() const { return tint(0.19); }
     QColor onMetricCard() const;

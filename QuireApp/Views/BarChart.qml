@@ -54,7 +54,7 @@ Item {
                 width: chart.width - chart.axisWidth
                 height: 1
                 visible: chart.hasLines || tick.modelData === 0
-                color: Theme.hairlineAt(tick.modelData === 0 ? 0.9 : 0.45)
+                color: Theme.faded(Theme.hairline, tick.modelData === 0 ? 0.9 : 0.45)
             }
             QuireText {
                 x: chart.axisWidth - width - 8

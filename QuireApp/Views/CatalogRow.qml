@@ -18,7 +18,7 @@ Rectangle {
     radius: 10
     color: Theme.field
     border.width: 1
-    border.color: Theme.hairlineAt(0.55)
+    border.color: Theme.faded(Theme.hairline, 0.55)
 
     Accessible.role: Accessible.ListItem
     Accessible.name: row.title

@@ -13,7 +13,7 @@ Rectangle {
     radius: 14
     color: Theme.field
     border.width: 1
-    border.color: Theme.hairlineAt(0.65)
+    border.color: Theme.faded(Theme.hairline, 0.65)
 
     Item {
         id: inside

@@ -14,7 +14,7 @@ Column {
     property int titleWeight: Font.Normal
     property int textSize: 13
     property int inset: 5 // between the edge and what moves
-    property color edge: Theme.hairlineAt(0.8)
+    property color edge: Theme.faded(Theme.hairline, 0.8)
 
     signal edited(string text)
 

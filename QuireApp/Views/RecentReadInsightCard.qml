@@ -32,7 +32,7 @@ T.AbstractButton {
         radius: 12
         color: card.hovered ? Theme.hover : Theme.field
         border.width: 1
-        border.color: Theme.hairlineAt(0.6)
+        border.color: Theme.faded(Theme.hairline, 0.6)
 
         FocusRing {
             control: card

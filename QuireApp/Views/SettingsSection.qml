@@ -16,7 +16,7 @@ Rectangle {
     radius: 12
     color: Theme.field
     border.width: 1
-    border.color: Theme.hairlineAt(0.65)
+    border.color: Theme.faded(Theme.hairline, 0.65)
 
     Column {
         id: column

@@ -174,7 +174,7 @@ TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
     EXPECT_TRUE(theme.isAccentLight());
     EXPECT_EQ(hex(theme.hairline()), hex(theme.ink()));
     EXPECT_NEAR(theme.hairline().alphaF(), 0.14, 0.001);
-    EXPECT_NEAR(theme.hairlineAt(0.5).alphaF(), 0.07, 0.001);
+    EXPECT_NEAR(theme.faded(theme.hairline(), 0.5).alphaF(), 0.07, 0.001);
     EXPECT_EQ(theme.onAccent(), ThemePalette::quireInk());
 }
 
