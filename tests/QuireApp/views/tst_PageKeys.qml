@@ -40,6 +40,10 @@ Item {
             return named("View details for Book " + String(number).padStart(2, "0"));
         }
 
+        function hasKeyboard(number) {
+            return book(number) !== null && book(number).activeFocus;
+        }
+
         function topOf(name) {
             return named(name).mapToItem(view, 0, 0).y;
         }
@@ -89,22 +93,22 @@ Item {
         function test_atACoverTheKeyboardGoesAlong() {
             fixture.shell.library.selectedTab = "insights";
             fixture.shell.library.selectedTab = "books";
-            tryVerify(() => book(2));
+            wait(50); // the wall lays its cards out again
             book(2).forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_PageDown); // three rows of five are in sight
-            tryVerify(() => book(17).activeFocus);
+            tryVerify(() => hasKeyboard(17));
             tryVerify(() => inSight(book(17)));
             keyClick(Qt.Key_End);
-            tryVerify(() => book(36).activeFocus);
+            tryVerify(() => hasKeyboard(36));
             tryVerify(() => inSight(book(36)));
             keyClick(Qt.Key_PageDown);
-            tryVerify(() => book(36).activeFocus);
+            tryVerify(() => hasKeyboard(36));
             for (let turn = 0; turn < 3; ++turn)
                 keyClick(Qt.Key_PageUp);
-            tryVerify(() => book(1).activeFocus); // of the same column
+            tryVerify(() => hasKeyboard(1)); // of the same column
             keyClick(Qt.Key_PageDown);
             keyClick(Qt.Key_Home);
-            tryVerify(() => book(1).activeFocus);
+            tryVerify(() => hasKeyboard(1));
             tryVerify(() => topOf("37 titles") > 0);
         }
 
