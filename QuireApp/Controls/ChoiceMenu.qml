@@ -23,10 +23,11 @@ QuireMenu {
 
             text: title
             checkable: true
-            checked: word === menu.selectedWord
+            // Asked once more while the menu goes.
+            checked: word === menu?.selectedWord
             onTriggered: {
                 menu.chosen(word);
-                checked = Qt.binding(() => word === menu.selectedWord);
+                checked = Qt.binding(() => word === menu?.selectedWord);
             }
         }
         onObjectAdded: (index, object) => menu.insertItem(index, object)
