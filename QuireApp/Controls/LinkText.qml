@@ -31,17 +31,22 @@ T.AbstractButton {
             visible: link.visualFocus
         }
     }
-    contentItem: Row {
-        spacing: 5
+    contentItem: Item { // qmllint disable deferred-property-id
+        implicitWidth: words.implicitWidth + 15
+        implicitHeight: words.implicitHeight
 
         QuireText {
-            anchors.verticalCenter: parent.verticalCenter
+            id: words
+
+            width: Math.min(implicitWidth, link.availableWidth - 15)
+            elide: Text.ElideMiddle
             text: link.text
             color: Theme.mark
             font.underline: link.hovered
             Accessible.ignored: true
         }
         SymbolPicture {
+            x: words.width + 5
             anchors.verticalCenter: parent.verticalCenter
             name: "arrow.up.right"
             size: 10

@@ -20,9 +20,11 @@ SettingsSection {
         title: "Published Page"
 
         Item {
+            width: parent.width
             height: 34
 
             LinkText {
+                width: Math.min(implicitWidth, parent.width)
                 anchors.verticalCenter: parent.verticalCenter
                 visible: tab.settings.publishedPage.length > 0
                 text: tab.settings.publishedPage

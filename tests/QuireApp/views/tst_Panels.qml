@@ -88,6 +88,7 @@ Item {
         }
 
         function test_escapeClosesAPanelAndTheKeyboardIsWhereItWas() {
+            tryVerify(() => named("View details for Book 02"));
             const card = named("View details for Book 02");
             card.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Return);

@@ -97,7 +97,8 @@ Item {
             const address = "https://" + "a-very-long-name-of-a-site.".repeat(9) + "example/" + "page/".repeat(40);
             fixture.store("netlifySiteURL", address);
             const link = named(address);
-            tryVerify(() => link.mapToItem(view, link.width, 0).x <= view.width - 24); // laid out by the next frame
+            tryVerify(() => link.width > 400); // laid out by the next frame
+            verify(link.mapToItem(view, link.width, 0).x <= view.width - 24);
         }
 
         function test_theInstructionsAreOnTheHelpHost() {
