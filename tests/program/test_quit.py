@@ -29,7 +29,7 @@ class Quit(ProgramTestCase):
     def test_the_colour_panel_does_not_outlive_the_main_window(self):
         program = self.start()
         Settings(program, "Appearance")
-        program.find("Custom Color", role="push button").click()
+        program.find("Custom Color", role="radio button").click()
         program.find("Custom Color", role="frame")
         program.close_window("^Quire$")
         self.assert_ended_cleanly(program)
