@@ -119,8 +119,9 @@ class Control:
         for child in children:
             yield from child.walk()
 
-    def walk_shown(self) -> Iterator[Control]:
-        """As walk(), of what is on the screen. What an invisible control holds is not even asked for."""
+    def walk_shown(self, last_first: bool = False) -> Iterator[Control]:
+        """As walk(), of what is on the screen. What an invisible control holds is not even asked for.
+        last_first: of the children of each the last one first, where what comes and goes is found soonest."""
         try:
             states = self._accessible.get_state_set()
             if not states.contains(Atspi.StateType.VISIBLE) and self.role != "application":
@@ -130,8 +131,8 @@ class Control:
             children = self.children
         except GLib.Error:
             return
-        for child in children:
-            yield from child.walk_shown()
+        for child in reversed(children) if last_first else children:
+            yield from child.walk_shown(last_first)
 
     def all(self, name: str | None = None, role: str | None = None, starting: str | None = None,
             shown: bool = True, holding: str = "") -> list[Control]:

@@ -107,7 +107,7 @@ class Program:
 
     def says(self, text: str) -> bool:
         """Whether a label, a toast or an alert on the screen holds the text."""
-        return bool(self.root.all(holding=text))
+        return any(text in control.name for control in self.root.walk_shown(last_first=True))
 
     def wait_for_text(self, text: str, seconds: float = 10) -> None:
         try:
