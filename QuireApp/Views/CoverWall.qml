@@ -83,6 +83,13 @@ FocusScope {
         leftMargin: view.wallLeft
         onLeftMarginChanged: grid.contentX = -grid.leftMargin // stays where it was otherwise
         topMargin: 16 + view.head.implicitHeight + view.headGap
+        // A head that grows while its top is looked at grows downwards.
+        property real marginBefore: 0
+        onTopMarginChanged: {
+            if (Math.abs(grid.contentY + grid.marginBefore) < 1)
+                view.showTop();
+            grid.marginBefore = grid.topMargin;
+        }
         bottomMargin: view.foot.implicitHeight - (grid.count > 0 ? view.rowSpacing : 0) // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing

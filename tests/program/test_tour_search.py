@@ -83,7 +83,8 @@ class SearchTour(TourCase):
         program.find("Search library & Audible", role="text").click()
         program.type("tide")
         program.find("In Your Library", role="heading")
-        self.eventually(lambda: program.find("Read", role="heading").frame[1] == top, "the head went out of sight")
+        self.eventually(lambda: program.find("Read", role="heading").frame[1] == top, 
+                        f"the head is at {program.find('Read', role='heading').frame[1]} and was at {top}")
 
 
 if __name__ == "__main__":

@@ -189,14 +189,17 @@ Item {
 
         function test_theSearchResultKeepsItsSpacing() {
             fixture.shell.library.selectedTab = "audio";
+            const top = item => item.mapToItem(root, 0, 0).y;
+            tryVerify(() => named("Add Audiobook"));
+            const head = top(named("Add Audiobook"));
             fixture.shell.library.searchText = "zz";
             tryVerify(() => named("In Your Library"));
-            const top = item => item.mapToItem(root, 0, 0).y;
             const row = named("Add Audiobook").parent;
             const mine = named("In Your Library").parent;
             const none = named("No matching titles in your library.").parent;
             const theirs = named("Audible").parent;
             tryVerify(() => top(none) > top(mine) && top(mine) > top(row)); // they are laid out
+            compare(top(named("Add Audiobook")), head); // what is new comes below
             compare(top(mine) - top(row) - row.height, 16 + 6);
             compare(top(none) - top(mine) - mine.height, 24);
             compare(top(theirs) - top(none) - none.height, 24);
