@@ -29,8 +29,9 @@ public:
 
     MainWindow &window() { return m_window; }
 
-    // Shows the window, as large as it was left, and runs the event loop. Once. filled: called from the loop
-    // when the views are in the window, before the library begins to load.
+    // Shows the window, as large as it was left, and runs the event loop. Once.
+    // filled: called from the loop when the views are in the window, before the
+    // library begins to load.
     // Result: the program's exit status, a failure when there are no views.
     int run(const std::function<void(QuireApplication &)> &filled = {});
 
