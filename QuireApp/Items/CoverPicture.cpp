@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace quire {
 
 CoverPicture::CoverPicture(QQuickItem *parent)
@@ -24,10 +26,8 @@ void CoverPicture::setSource(const CoverSource &source)
         return;
     }
     m_source = source;
-    m_wantedKey.clear(); // it may be the one before again, which is not shown any more
-    m_work.request_stop();
-    show({}); // never another title's cover, not for one frame
-    polish();
+    m_isOfOtherSource = true;
+    polish(); // comes before the next frame, which so never shows another title's cover
     Q_EMIT sourceChanged();
 }
 
@@ -68,6 +68,13 @@ CoverDrawing::Request CoverPicture::request() const
 
 void CoverPicture::updatePolish()
 {
+    showKnownOrStart();
+    updateLacking();
+}
+
+void CoverPicture::showKnownOrStart()
+{
+    const bool isOfOtherSource = std::exchange(m_isOfOtherSource, false);
     if (!m_source.isPresent() || !window() || size().isEmpty()) {
         m_wantedKey.clear();
         m_work.request_stop();
@@ -85,9 +92,13 @@ void CoverPicture::updatePolish()
         show(*known);
         return;
     }
+    if (isOfOtherSource) {
+        show({});
+    }
     CoverWork::start(m_source, request(), m_work.get_token(), [self = QPointer(this)](const QImage &finished) {
         if (self) {
             self->show(finished);
+            self->updateLacking();
         }
     });
 }
@@ -102,6 +113,14 @@ void CoverPicture::show(const QImage &image)
     m_paintedRect = {QPointF((width() - drawn.width()) / 2, (height() - drawn.height()) / 2), drawn};
     showPicture(m_image, m_paintedRect);
     Q_EMIT pictureChanged();
+}
+
+void CoverPicture::updateLacking()
+{
+    if (m_isLacking != m_image.isNull()) {
+        m_isLacking = m_image.isNull();
+        Q_EMIT lackingChanged();
+    }
 }
 
 } // namespace quire

@@ -28,6 +28,9 @@ class CoverPicture : public quire::PictureItem // qualified, or the type registr
     // Whether there is a picture on the screen, and where in the item it is.
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY pictureChanged)
     Q_PROPERTY(QRectF paintedRect READ paintedRect NOTIFY pictureChanged)
+    // Whether the next frame will have no picture: known only when the item is
+    // polished for it, so that what stands in for one is not made in vain.
+    Q_PROPERTY(bool isLacking READ isLacking NOTIFY lackingChanged)
 
 public:
     enum ContentMode {
@@ -56,18 +59,22 @@ public:
     void setCornerRadius(qreal radius);
     bool hasImage() const { return !m_image.isNull(); }
     QRectF paintedRect() const { return m_paintedRect; }
+    bool isLacking() const { return m_isLacking; }
 
 Q_SIGNALS:
     void sourceChanged();
     void drawingChanged();
     void pictureChanged();
+    void lackingChanged();
 
 protected:
     void updatePolish() override;
 
 private:
     CoverDrawing::Request request() const;
+    void showKnownOrStart();
     void show(const QImage &image);
+    void updateLacking();
 
     CoverSource m_source;
     ContentMode m_contentMode = Fit;
@@ -75,6 +82,8 @@ private:
     qreal m_cornerRadius = 0;
     QImage m_image;
     QRectF m_paintedRect;
+    bool m_isLacking = false;
+    bool m_isOfOtherSource = false; // the picture shown, until the next polish
     QString m_wantedKey; // of the picture shown or under way
     std::stop_source m_work;
 };

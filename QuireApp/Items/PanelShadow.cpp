@@ -1,10 +1,13 @@
 #include "QuireApp/Items/PanelShadow.h"
 
+#include <QMutex>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGNinePatchNode>
 
 #include <cmath>
+#include <map>
+#include <tuple>
 #include <vector>
 
 namespace quire {
@@ -42,6 +45,24 @@ void blurAlpha(QImage &alpha, int blur)
             blurLine(alpha.bits() + x, alpha.height(), alpha.bytesPerLine(), reach, copy);
         }
     }
+}
+
+// The cards of a wall cast the same shadow, each. Asked by the render threads.
+QImage sharedShadowPicture(const QSize &panel, int radius, int blur, int offset, qreal strength)
+{
+    using Key = std::tuple<int, int, int, int, int, qreal>;
+    static QMutex mutex;
+    static std::map<Key, QImage> pictures;
+    constexpr std::size_t most = 32; // sizes of panels lower than their corners
+    const Key key{panel.width(), panel.height(), radius, blur, offset, strength};
+    const QMutexLocker locker(&mutex);
+    if (const auto known = pictures.find(key); known != pictures.end()) {
+        return known->second;
+    }
+    if (pictures.size() == most) {
+        pictures.clear();
+    }
+    return pictures[key] = shadowPicture(panel, radius, blur, offset, strength);
 }
 
 } // namespace
@@ -112,7 +133,8 @@ QSGNode *PanelShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
         m_textureStale = true;
     }
     if (m_textureStale || panel != m_drawnPanel) {
-        patch->setTexture(window()->createTextureFromImage(shadowPicture(panel, radius, blur, offset, m_strength)));
+        patch->setTexture(
+            window()->createTextureFromImage(sharedShadowPicture(panel, radius, blur, offset, m_strength)));
         m_textureStale = false;
         m_drawnPanel = panel;
     }

@@ -32,7 +32,13 @@ LibraryCard {
     property QuireMenu openedMenu: null
 
     // The card shows another title: what the menu offers was not for that one.
-    onRowIdChanged: if (card.openedMenu) card.openedMenu.close()
+    onRowIdChanged: card.closeMenu()
+    onIsSpareChanged: if (card.isSpare) card.closeMenu()
+
+    function closeMenu() {
+        if (card.openedMenu)
+            card.openedMenu.close();
+    }
 
     function openMenu(x, y) {
         if (!card.openedMenu)

@@ -1,5 +1,7 @@
 // A cover in a frame, or what stands in for it until it is decoded.
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 import Quire
@@ -18,17 +20,26 @@ Item {
     readonly property rect paintedRect: picture.hasImage ? picture.paintedRect
         : Qt.rect(0, 0, frame.width, frame.height)
 
-    Rectangle {
+    WhileWanted {
         anchors.fill: parent
-        radius: frame.cornerRadius
-        color: Theme.emptyCover
-        visible: !picture.hasImage || !frame.clearsLoadedBackground
+        wanted: !frame.clearsLoadedBackground
+
+        Rectangle {
+            anchors.fill: parent
+            radius: frame.cornerRadius
+            color: Theme.emptyCover
+        }
     }
-    CoverPlaceholder {
+    // Most covers are there at once, and never need one.
+    WhileWanted {
         anchors.fill: parent
-        title: frame.title
-        cornerRadius: frame.cornerRadius
-        visible: !picture.hasImage
+        wanted: picture.isLacking
+
+        CoverPlaceholder {
+            anchors.fill: parent
+            title: frame.title
+            cornerRadius: frame.cornerRadius
+        }
     }
     CoverPicture {
         id: picture

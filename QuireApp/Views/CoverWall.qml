@@ -3,6 +3,7 @@
 
 pragma ComponentBehavior: Bound
 
+import QtQml.Models
 import QtQuick
 import QtQuick.Templates as T
 
@@ -93,13 +94,18 @@ FocusScope {
         bottomMargin: view.foot.implicitHeight - (grid.count > 0 ? view.rowSpacing : 0) // which follows the last row too
         cellWidth: view.cardWidth + view.columnSpacing
         cellHeight: view.cardHeight + view.rowSpacing
+        reuseItems: true // a search that finds nothing does not cost the cards of the one after it
         cacheBuffer: 2 * cellHeight
         boundsBehavior: Flickable.StopAtBounds
         activeFocusOnTab: false
         keyNavigationEnabled: false
         highlightFollowsCurrentItem: false
-        model: view.titles
-        delegate: view.card
+        model: DelegateModel {
+            model: view.titles
+            delegate: view.card
+            onItemPooled: (index, item) => (item as LibraryCard).isSpare = true
+            onItemReused: (index, item) => (item as LibraryCard).isSpare = false
+        }
         onCountChanged: if (grid.count > 0 && grid.currentIndex < 0) grid.currentIndex = 0
 
         T.ScrollBar.vertical: QuireScrollBar {

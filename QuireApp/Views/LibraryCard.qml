@@ -1,5 +1,7 @@
 // A title as its cover alone. It lifts a little under the pointer.
 
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 
@@ -15,8 +17,14 @@ T.AbstractButton {
     required property string accessibleName
     property int spineMode: CoverPicture.AlwaysSpine
 
+    // Kept by the wall for another title, and meanwhile there for nobody, be it the
+    // eye, the keyboard or a screen reader.
+    property bool isSpare: false
+
     implicitWidth: 142
     implicitHeight: 218
+    visible: !card.isSpare
+    onIsSpareChanged: if (card.isSpare) card.focus = false
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     z: card.hovered || card.visualFocus ? 1 : 0
@@ -66,10 +74,14 @@ T.AbstractButton {
             spineMode: card.spineMode
             clearsLoadedBackground: true
         }
-        FocusRing {
-            control: card
-            controlRadius: 6
-            visible: card.visualFocus
+        WhileWanted {
+            anchors.fill: parent
+            wanted: card.visualFocus
+
+            FocusRing {
+                control: card
+                controlRadius: 6
+            }
         }
     }
 }

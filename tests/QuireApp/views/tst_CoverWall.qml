@@ -41,6 +41,8 @@ Item {
         function named(name, item = wall) {
             for (let i = 0; i < item.children.length; ++i) {
                 const child = item.children[i];
+                if (!child.visible)
+                    continue;
                 const found = child.Accessible.name === name ? child : named(name, child);
                 if (found)
                     return found;
@@ -53,6 +55,7 @@ Item {
         }
 
         function init() {
+            search("");
             fixture.shell.library.selectedTab = "insights";
             fixture.shell.library.selectedTab = "books";
             fixture.shell.library.selectedSort = "title";
@@ -80,6 +83,49 @@ Item {
             head.implicitHeight = 86;
             wait(50);
             compare(topOf(named("Book 36")), before);
+        }
+
+        function search(text) {
+            fixture.shell.library.searchText = text;
+        }
+
+        function test_aSearchThatFindsNothingLeavesNoCardForAnybody() {
+            const card = named("Book 01");
+            search("no such title");
+            tryVerify(() => wall.isEmpty);
+            verify(!card.visible, "a screen reader would find it");
+            search("");
+            tryVerify(() => named("Book 01") && named("Book 15"));
+        }
+
+        function test_aCardThatGoesKeepsNoKeyboardFromTheOneInItsPlace() {
+            const card = named("Book 05");
+            card.forceActiveFocus(Qt.TabFocusReason);
+            verify(card.visualFocus);
+            search("no such title");
+            tryVerify(() => wall.isEmpty);
+            verify(!card.activeFocus);
+            search("");
+            tryVerify(() => named("Book 01") && named("Book 01").visualFocus);
+            for (let number = 2; number <= 15; ++number)
+                verify(!named("Book " + String(number).padStart(2, "0")).visualFocus, number);
+        }
+
+        function test_aCardThatComesBackIsNotLiftedByThePointerOfThen() {
+            const card = named("Book 01");
+            mouseMove(card, 60, 60);
+            tryCompare(card, "scale", 1.025);
+            search("no such title");
+            tryVerify(() => wall.isEmpty);
+            mouseMove(root, 2, 2);
+            search("");
+            tryVerify(() => named("Book 01"));
+            wait(50);
+            for (let number = 1; number <= 15; ++number) {
+                const shown = named("Book " + String(number).padStart(2, "0"));
+                verify(!shown.hovered, number);
+                tryCompare(shown, "scale", 1);
+            }
         }
     }
 }

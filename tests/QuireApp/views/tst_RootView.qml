@@ -122,6 +122,14 @@ Item {
             tryVerify(() => !menu.opened, 5000, "it was asked of another title");
         }
 
+        function test_aMenuGoesWithTheCardThatItWasAskedOf() {
+            const menu = openMenu(named("View details for Book 01"));
+            fixture.shell.library.searchText = "no such title";
+            tryVerify(() => !menu.opened);
+            fixture.shell.library.searchText = "";
+            tryVerify(() => named("View details for Book 01"));
+        }
+
         function openMenu(card) {
             mouseClick(card, card.width / 2, card.height / 2, Qt.RightButton);
             tryVerify(() => card.openedMenu && card.openedMenu.opened);
