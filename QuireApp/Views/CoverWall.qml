@@ -103,8 +103,8 @@ FocusScope {
         model: DelegateModel {
             model: view.titles
             delegate: view.card
-            onItemPooled: (index, item) => (item as LibraryCard).isSpare = true
-            onItemReused: (index, item) => (item as LibraryCard).isSpare = false
+            onItemPooled: (index, item) => view.putAside(item as LibraryCard)
+            onItemReused: (index, item) => view.bringBack(item as LibraryCard)
         }
         onCountChanged: if (grid.count > 0 && grid.currentIndex < 0) grid.currentIndex = 0
 
@@ -116,6 +116,24 @@ FocusScope {
             anchors.top: parent.top
             anchors.bottom: parent.bottom
         }
+    }
+
+    // Cards kept for other titles. Among those of the wall they would be found by screen
+    // readers, and come back there in another order than that of the titles.
+    Item {
+        id: spares
+
+        visible: false
+    }
+
+    function putAside(card: LibraryCard) {
+        card.isSpare = true;
+        card.parent = spares;
+    }
+
+    function bringBack(card: LibraryCard) {
+        card.parent = grid.contentItem;
+        card.isSpare = false;
     }
 
     Item {

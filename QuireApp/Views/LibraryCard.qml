@@ -17,13 +17,10 @@ T.AbstractButton {
     required property string accessibleName
     property int spineMode: CoverPicture.AlwaysSpine
 
-    // Kept by the wall for another title, and meanwhile there for nobody, be it the
-    // eye, the keyboard or a screen reader.
-    property bool isSpare: false
+    property bool isSpare: false // kept out of sight for another title
 
     implicitWidth: 142
     implicitHeight: 218
-    visible: !card.isSpare
     onIsSpareChanged: if (card.isSpare) card.focus = false
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus

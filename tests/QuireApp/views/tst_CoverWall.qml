@@ -98,6 +98,22 @@ Item {
             tryVerify(() => named("Book 01") && named("Book 15"));
         }
 
+        function test_theCardsAreToldInTheOrderOfTheirTitles() {
+            for (let round = 0; round < 3; ++round) {
+                search("no such title");
+                tryVerify(() => wall.isEmpty);
+                search("");
+                tryVerify(() => named("Book 15"));
+                const cards = named("Book 01").parent.children;
+                const told = [];
+                for (let i = 0; i < cards.length; ++i) {
+                    if (cards[i].Accessible.name.startsWith("Book"))
+                        told.push(cards[i].Accessible.name);
+                }
+                compare(told.join(), told.slice().sort().join());
+            }
+        }
+
         function test_aCardThatGoesKeepsNoKeyboardFromTheOneInItsPlace() {
             const card = named("Book 05");
             card.forceActiveFocus(Qt.TabFocusReason);
