@@ -30,6 +30,43 @@ QString flag(bool value)
     return value ? QStringLiteral("1") : QStringLiteral("0");
 }
 
+struct Fault
+{
+    SettingsArea area;
+    AppNotice notice;
+};
+
+std::optional<Fault> firstFault(const SettingsEdit &edit)
+{
+    const auto fault = [](SettingsArea area, const QString &title, const QString &message) {
+        return Fault{area, AppNotice::error(title, message)};
+    };
+    const QString absolute = QStringLiteral("Choose an absolute folder path.");
+    if (!isIn(edit.publishInterval, 1, 10080)) {
+        return fault(SettingsArea::Publishing, QStringLiteral("Invalid Publishing Interval"),
+            QStringLiteral("Choose a whole number from 1 to 10,080 minutes."));
+    }
+    if (!isIn(edit.backupInterval, 1, 365)) {
+        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Interval"),
+            QStringLiteral("Choose a whole number from 1 to 365 days."));
+    }
+    if (!isIn(edit.maximumBackupFiles, 1, 200)) {
+        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Limit"),
+            QStringLiteral("Choose to keep between 1 and 200 backup files."));
+    }
+    const QString publishPath = FolderPath::normalizedPublishPath(edit.localPublishPath);
+    if (!publishPath.isEmpty() && !isAbsolute(publishPath)) {
+        return fault(SettingsArea::Publishing, QStringLiteral("Invalid Publishing Folder"), absolute);
+    }
+    if (!isAbsolute(folderOf(edit.backupPath))) {
+        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Folder"), absolute);
+    }
+    if (!isAbsolute(folderOf(edit.databaseFolderPath))) {
+        return fault(SettingsArea::Data, QStringLiteral("Invalid Library Folder"), absolute);
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 SettingsEdit SettingsEdit::of(const SettingsSnapshot &settings)
@@ -57,30 +94,14 @@ SettingsEdit SettingsEdit::of(const SettingsSnapshot &settings)
 
 std::optional<AppNotice> validationNotice(const SettingsEdit &edit)
 {
-    const QString absolute = QStringLiteral("Choose an absolute folder path.");
-    if (!isIn(edit.publishInterval, 1, 10080)) {
-        return AppNotice::error(QStringLiteral("Invalid Publishing Interval"),
-            QStringLiteral("Choose a whole number from 1 to 10,080 minutes."));
-    }
-    if (!isIn(edit.backupInterval, 1, 365)) {
-        return AppNotice::error(
-            QStringLiteral("Invalid Backup Interval"), QStringLiteral("Choose a whole number from 1 to 365 days."));
-    }
-    if (!isIn(edit.maximumBackupFiles, 1, 200)) {
-        return AppNotice::error(
-            QStringLiteral("Invalid Backup Limit"), QStringLiteral("Choose to keep between 1 and 200 backup files."));
-    }
-    const QString publishPath = FolderPath::normalizedPublishPath(edit.localPublishPath);
-    if (!publishPath.isEmpty() && !isAbsolute(publishPath)) {
-        return AppNotice::error(QStringLiteral("Invalid Publishing Folder"), absolute);
-    }
-    if (!isAbsolute(folderOf(edit.backupPath))) {
-        return AppNotice::error(QStringLiteral("Invalid Backup Folder"), absolute);
-    }
-    if (!isAbsolute(folderOf(edit.databaseFolderPath))) {
-        return AppNotice::error(QStringLiteral("Invalid Library Folder"), absolute);
-    }
-    return std::nullopt;
+    const auto fault = firstFault(edit);
+    return fault ? std::optional(fault->notice) : std::nullopt;
+}
+
+std::optional<SettingsArea> invalidArea(const SettingsEdit &edit)
+{
+    const auto fault = firstFault(edit);
+    return fault ? std::optional(fault->area) : std::nullopt;
 }
 
 QList<std::pair<QString, QString>> settingsToWrite(const SettingsEdit &edit)

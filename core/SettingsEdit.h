@@ -44,9 +44,18 @@ struct SettingsEdit
     bool operator==(const SettingsEdit &) const = default;
 };
 
-// The first thing wrong with the values, in the order of the window's tabs;
-// nothing when they may be saved.
+// Where in the settings window a value stands that may be refused.
+enum class SettingsArea {
+    Publishing,
+    Data,
+};
+
+// The first thing wrong with the values, numbers before folders; nothing when
+// they may be saved.
 std::optional<AppNotice> validationNotice(const SettingsEdit &edit);
+
+// Where that is.
+std::optional<SettingsArea> invalidArea(const SettingsEdit &edit);
 
 // The keys and texts to store, in the order in which they are written. Blank
 // secrets are left out.

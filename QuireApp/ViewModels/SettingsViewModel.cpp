@@ -270,7 +270,21 @@ void SettingsViewModel::save()
 {
     if (m_model.isReady() && !m_isSaving) {
         m_appearance.enterInto(m_edit);
+        showWhatIsRefused();
         detach(saveEdit(m_edit));
+    }
+}
+
+void SettingsViewModel::showWhatIsRefused()
+{
+    const auto area = invalidArea(m_edit);
+    if (!area) {
+        return;
+    }
+    const QString tab = *area == SettingsArea::Publishing ? QStringLiteral("publishing") : QStringLiteral("data");
+    if (tab != m_selectedTab) {
+        selectTab(tab);
+        Q_EMIT ledToTab();
     }
 }
 

@@ -145,8 +145,9 @@ public:
     // Shows the backup folder as it stands in its buffer.
     Q_INVOKABLE void openBackups();
 
-    // Stores the buffers; saved() follows, or a notice of the model. Nothing before
-    // the library is open: they hold no settings of its own yet.
+    // Stores the buffers; saved() follows, or a notice of the model, and ledToTab()
+    // before it where the value that is refused is on a tab that was not shown.
+    // Nothing before the library is open: they hold no settings of its own yet.
     Q_INVOKABLE void save();
 
 Q_SIGNALS:
@@ -158,12 +159,14 @@ Q_SIGNALS:
     void savingChanged();
     void backingUpChanged();
     void saved();
+    void ledToTab();
 
 private:
     // Puts a value into its buffer, and announces a change.
     template<typename Value>
     void enter(Value SettingsEdit::*buffer, const std::type_identity_t<Value> &value);
     QCoro::Task<> fillFromAnswer(QString SettingsEdit::*buffer, QCoro::Task<std::optional<QString>> asking);
+    void showWhatIsRefused();
     QCoro::Task<> saveEdit(SettingsEdit edit);
     void setSaving(bool saving);
     QCoro::Task<> backUpInto(QString folder);

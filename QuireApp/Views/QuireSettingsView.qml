@@ -34,6 +34,9 @@ FocusScope {
         function onSaved() {
             view.dismissed();
         }
+        function onLedToTab() {
+            view.focusFirstField(); // where the keyboard was is out of sight
+        }
     }
 
     Item {

@@ -124,6 +124,30 @@ TEST_F(SettingsViewModelTest, AFailedSaveLeavesTheWindowOpen)
     EXPECT_EQ(model->notice()->title, QStringLiteral("Settings Could Not Be Saved"));
 }
 
+TEST_F(SettingsViewModelTest, ARefusedValueIsShownOnItsTab)
+{
+    startModel();
+    AppearanceViewModel appearance(*model, clock, colorPanel);
+    SettingsViewModel settings(*model, appearance, helpHost);
+    settings.load();
+    const QSignalSpy led(&settings, &SettingsViewModel::ledToTab);
+    settings.selectTab(QStringLiteral("appearance"));
+    settings.setPublishInterval(0);
+    settings.setBackupPath(QStringLiteral("backups"));
+    settings.save();
+    EXPECT_EQ(settings.selectedTab(), QStringLiteral("publishing"));
+    EXPECT_TRUE(eventually([&] { return model->notice() && !settings.isSaving(); }));
+
+    settings.setPublishInterval(15);
+    settings.save();
+    EXPECT_EQ(settings.selectedTab(), QStringLiteral("data"));
+    EXPECT_TRUE(eventually([&] { return !settings.isSaving(); }));
+    EXPECT_EQ(led.size(), 2);
+    settings.save();
+    EXPECT_EQ(led.size(), 2) << "it is shown already";
+    EXPECT_TRUE(eventually([&] { return !settings.isSaving(); }));
+}
+
 TEST_F(SettingsViewModelTest, TheFoldersOfTheReaderFillTheirBuffersAndNothingElse)
 {
     startModel();

@@ -104,6 +104,20 @@ TEST(SettingsValidation, RefusesRelativeFolders)
     EXPECT_EQ(validationNotice(edit), AppNotice::error(QStringLiteral("Invalid Library Folder"), message));
 }
 
+TEST(SettingsValidation, TellsWhereTheFirstFaultIs)
+{
+    SettingsEdit edit = acceptable();
+    EXPECT_EQ(invalidArea(edit), std::nullopt);
+    edit.databaseFolderPath = QStringLiteral("library");
+    EXPECT_EQ(invalidArea(edit), SettingsArea::Data);
+    edit.localPublishPath = QStringLiteral("site");
+    EXPECT_EQ(invalidArea(edit), SettingsArea::Publishing);
+    edit.maximumBackupFiles = 0;
+    EXPECT_EQ(invalidArea(edit), SettingsArea::Data);
+    edit.publishInterval = 0;
+    EXPECT_EQ(invalidArea(edit), SettingsArea::Publishing);
+}
+
 TEST(SettingsValidation, AcceptsATildeAndNoPublishingFolder)
 {
     SettingsEdit edit = acceptable();

@@ -72,6 +72,18 @@ class DataSettings(ProgramTestCase):
         for key in ("backupPath", "backupIntervalDays", "maximumBackupFiles"):
             self.assertIsNone(self.home.setting(key), key)
 
+    def test_what_is_refused_is_shown_though_another_tab_was(self):
+        program = self.start()
+        settings = Settings(program, "Data")
+        settings.enter("Days", "0")
+        settings.show("Appearance")
+        program.wait_gone("Days")
+        settings.save()
+        program.wait_for_text("Invalid Backup Interval")
+        settings.dismiss_notice()
+        self.assertEqual(settings.field("Days").text, "0")
+        self.eventually(lambda: program.focused().name == "Library Folder", "the keyboard is not on the tab that shows")
+
     def test_a_home_folder_may_be_written_with_a_tilde(self):
         program = self.start()
         settings = Settings(program, "Data")

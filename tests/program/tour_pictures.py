@@ -17,6 +17,7 @@ import shutil
 import signal
 import sys
 import threading
+import time
 from collections.abc import Callable
 from dataclasses import dataclass
 from pathlib import Path
@@ -229,8 +230,11 @@ class Visit:
         row = program.find(UNWRITTEN, role="list item", seconds=30)
         seen = threading.Event()
         self.services.files["/search.json"] = Answer(b"{}", until=seen)  # the look for a cover takes its time
+        asked = len(self.services.requests)
         row.find("Want to Read").press()
-        program.find(starting="Adding ", role="alert", seconds=60)
+        # Not looked for in the window: on a busy machine that takes longer than a cover is waited for.
+        wait_until(lambda: len(self.services.requests) > asked, "no cover was asked for", 60)
+        time.sleep(0.4)  # it fades in
         self.take_at_once("working")
         seen.set()
         program.wait_for_text("Book added", seconds=60)
