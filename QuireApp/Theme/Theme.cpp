@@ -113,6 +113,11 @@ QColor Theme::toolTip() const
     return withOpacity(ink(), 0.92);
 }
 
+QColor Theme::sidebarSelectionEdge() const
+{
+    return isAccentLight() && !usesDarkForeground(m_appearance) ? hairline() : QColor(Qt::transparent);
+}
+
 QColor Theme::sidebarFocusRing() const
 {
     return usesDarkForeground(m_appearance) ? withOpacity(Qt::white, 0.75) : focusRing();

@@ -58,6 +58,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor sidebarSearchFill READ sidebarSearchFill NOTIFY paletteChanged)
     Q_PROPERTY(QColor sidebarBorder READ sidebarBorder NOTIFY paletteChanged)
     Q_PROPERTY(QColor sidebarSelection READ sidebarSelection NOTIFY paletteChanged)
+    Q_PROPERTY(QColor sidebarSelectionEdge READ sidebarSelectionEdge NOTIFY paletteChanged)
     Q_PROPERTY(QColor sidebarHover READ sidebarHover NOTIFY paletteChanged)
     Q_PROPERTY(QColor sidebarBase READ sidebarBase NOTIFY paletteChanged)
     Q_PROPERTY(QColor sidebarGradientTop READ sidebarGradientTop NOTIFY paletteChanged)
@@ -132,6 +133,9 @@ public:
     QColor sidebarSearchFill() const { return m_sidebar.searchFill; }
     QColor sidebarBorder() const { return m_sidebar.border; }
     QColor sidebarSelection() const { return m_sidebar.selection; }
+    // Round what is selected where its tint cannot be told from a light sidebar;
+    // transparent otherwise.
+    QColor sidebarSelectionEdge() const;
     QColor sidebarHover() const { return m_sidebar.hover; }
     QColor sidebarBase() const { return m_background.base; }
     QColor sidebarGradientTop() const { return m_background.gradientTop; }

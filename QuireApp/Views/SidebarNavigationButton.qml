@@ -32,6 +32,8 @@ T.AbstractButton {
     background: Rectangle {
         radius: 8
         color: button.selected ? Theme.sidebarSelection : button.hovered ? Theme.sidebarHover : "transparent"
+        border.width: button.selected && Theme.sidebarSelectionEdge.a > 0 ? 1 : 0
+        border.color: Theme.sidebarSelectionEdge
 
         FocusRing {
             control: button

@@ -178,6 +178,20 @@ TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
     EXPECT_EQ(theme.onAccent(), ThemePalette::quireInk());
 }
 
+TEST(Theme, WhatIsSelectedInALightSidebarIsSeenWithEveryAccent)
+{
+    Theme theme(nullptr);
+    const auto edge = [&theme](const CustomAccentColor &accent, SidebarAppearance sidebar) {
+        theme.setAppearance(accent, sidebar, InterfaceFontChoice::AvenirNext);
+        return theme.sidebarSelectionEdge();
+    };
+    for (const SidebarAppearance light : {SidebarAppearance::Snow, SidebarAppearance::Glass}) {
+        EXPECT_EQ(edge(white, light), theme.hairline());
+        EXPECT_EQ(edge(AccentPalette::cabin, light).alpha(), 0) << "its tint is seen";
+    }
+    EXPECT_EQ(edge(white, SidebarAppearance::Fjord).alpha(), 0) << "white on a dark one is seen";
+}
+
 } // namespace
 
 } // namespace quire
