@@ -113,9 +113,19 @@ QColor Theme::toolTip() const
     return withOpacity(ink(), 0.92);
 }
 
+bool Theme::hidesTintsInSidebar() const
+{
+    return isAccentLight() && !usesDarkForeground(m_appearance);
+}
+
+QColor Theme::sidebarBorder() const
+{
+    return hidesTintsInSidebar() ? hairline() : m_sidebar.border;
+}
+
 QColor Theme::sidebarSelectionEdge() const
 {
-    return isAccentLight() && !usesDarkForeground(m_appearance) ? hairline() : QColor(Qt::transparent);
+    return hidesTintsInSidebar() ? hairline() : QColor(Qt::transparent);
 }
 
 QColor Theme::sidebarFocusRing() const

@@ -131,7 +131,7 @@ public:
     QColor sidebarSearchForeground() const { return m_sidebar.searchForeground; }
     QColor sidebarSearchMuted() const { return m_sidebar.searchMuted; }
     QColor sidebarSearchFill() const { return m_sidebar.searchFill; }
-    QColor sidebarBorder() const { return m_sidebar.border; }
+    QColor sidebarBorder() const;
     QColor sidebarSelection() const { return m_sidebar.selection; }
     // Round what is selected where its tint cannot be told from a light sidebar;
     // transparent otherwise.
@@ -150,6 +150,7 @@ Q_SIGNALS:
 
 private:
     QColor tint(double factor) const { return ThemePalette::accentTint(m_palette.rgb, factor); }
+    bool hidesTintsInSidebar() const;
 
     SidebarAppearance m_appearance = SidebarAppearance::Snow;
     QuireThemePalette m_palette;

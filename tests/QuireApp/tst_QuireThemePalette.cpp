@@ -178,7 +178,7 @@ TEST(Theme, MarksAndEdgesAreSeenWithEveryAccent)
     EXPECT_EQ(theme.onAccent(), ThemePalette::quireInk());
 }
 
-TEST(Theme, WhatIsSelectedInALightSidebarIsSeenWithEveryAccent)
+TEST(Theme, TheEdgesOfALightSidebarAreSeenWithEveryAccent)
 {
     Theme theme(nullptr);
     const auto edge = [&theme](const CustomAccentColor &accent, SidebarAppearance sidebar) {
@@ -187,9 +187,12 @@ TEST(Theme, WhatIsSelectedInALightSidebarIsSeenWithEveryAccent)
     };
     for (const SidebarAppearance light : {SidebarAppearance::Snow, SidebarAppearance::Glass}) {
         EXPECT_EQ(edge(white, light), theme.hairline());
+        EXPECT_EQ(theme.sidebarBorder(), theme.hairline());
         EXPECT_EQ(edge(AccentPalette::cabin, light).alpha(), 0) << "its tint is seen";
+        EXPECT_EQ(theme.sidebarBorder(), sidebarPalette(light, AccentPalette::cabin).border);
     }
     EXPECT_EQ(edge(white, SidebarAppearance::Fjord).alpha(), 0) << "white on a dark one is seen";
+    EXPECT_EQ(theme.sidebarBorder(), sidebarPalette(SidebarAppearance::Fjord, white).border);
 }
 
 } // namespace
