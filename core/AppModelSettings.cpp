@@ -13,8 +13,8 @@ namespace quire {
 
 QCoro::Task<bool> AppModel::saveSettings(SettingsEdit edit)
 {
-    if (const auto fault = validationNotice(edit)) {
-        setNotice(fault);
+    if (const auto fault = firstFault(edit)) {
+        setNotice(fault->notice);
         co_return false;
     }
     const QPointer self(this);

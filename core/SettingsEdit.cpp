@@ -30,43 +30,6 @@ QString flag(bool value)
     return value ? QStringLiteral("1") : QStringLiteral("0");
 }
 
-struct Fault
-{
-    SettingsArea area;
-    AppNotice notice;
-};
-
-std::optional<Fault> firstFault(const SettingsEdit &edit)
-{
-    const auto fault = [](SettingsArea area, const QString &title, const QString &message) {
-        return Fault{area, AppNotice::error(title, message)};
-    };
-    const QString absolute = QStringLiteral("Choose an absolute folder path.");
-    if (!isIn(edit.publishInterval, 1, 10080)) {
-        return fault(SettingsArea::Publishing, QStringLiteral("Invalid Publishing Interval"),
-            QStringLiteral("Choose a whole number from 1 to 10,080 minutes."));
-    }
-    if (!isIn(edit.backupInterval, 1, 365)) {
-        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Interval"),
-            QStringLiteral("Choose a whole number from 1 to 365 days."));
-    }
-    if (!isIn(edit.maximumBackupFiles, 1, 200)) {
-        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Limit"),
-            QStringLiteral("Choose to keep between 1 and 200 backup files."));
-    }
-    const QString publishPath = FolderPath::normalizedPublishPath(edit.localPublishPath);
-    if (!publishPath.isEmpty() && !isAbsolute(publishPath)) {
-        return fault(SettingsArea::Publishing, QStringLiteral("Invalid Publishing Folder"), absolute);
-    }
-    if (!isAbsolute(folderOf(edit.backupPath))) {
-        return fault(SettingsArea::Data, QStringLiteral("Invalid Backup Folder"), absolute);
-    }
-    if (!isAbsolute(folderOf(edit.databaseFolderPath))) {
-        return fault(SettingsArea::Data, QStringLiteral("Invalid Library Folder"), absolute);
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 SettingsEdit SettingsEdit::of(const SettingsSnapshot &settings)
@@ -92,16 +55,35 @@ SettingsEdit SettingsEdit::of(const SettingsSnapshot &settings)
     return edit;
 }
 
-std::optional<AppNotice> validationNotice(const SettingsEdit &edit)
+std::optional<SettingsFault> firstFault(const SettingsEdit &edit)
 {
-    const auto fault = firstFault(edit);
-    return fault ? std::optional(fault->notice) : std::nullopt;
-}
-
-std::optional<SettingsArea> invalidArea(const SettingsEdit &edit)
-{
-    const auto fault = firstFault(edit);
-    return fault ? std::optional(fault->area) : std::nullopt;
+    const auto fault = [](FallibleSetting setting, const QString &title, const QString &message) {
+        return SettingsFault{setting, AppNotice::error(title, message)};
+    };
+    const QString absolute = QStringLiteral("Choose an absolute folder path.");
+    if (!isIn(edit.publishInterval, 1, 10080)) {
+        return fault(FallibleSetting::PublishInterval, QStringLiteral("Invalid Publishing Interval"),
+            QStringLiteral("Choose a whole number from 1 to 10,080 minutes."));
+    }
+    if (!isIn(edit.backupInterval, 1, 365)) {
+        return fault(FallibleSetting::BackupInterval, QStringLiteral("Invalid Backup Interval"),
+            QStringLiteral("Choose a whole number from 1 to 365 days."));
+    }
+    if (!isIn(edit.maximumBackupFiles, 1, 200)) {
+        return fault(FallibleSetting::MaximumBackupFiles, QStringLiteral("Invalid Backup Limit"),
+            QStringLiteral("Choose to keep between 1 and 200 backup files."));
+    }
+    const QString publishPath = FolderPath::normalizedPublishPath(edit.localPublishPath);
+    if (!publishPath.isEmpty() && !isAbsolute(publishPath)) {
+        return fault(FallibleSetting::LocalPublishPath, QStringLiteral("Invalid Publishing Folder"), absolute);
+    }
+    if (!isAbsolute(folderOf(edit.backupPath))) {
+        return fault(FallibleSetting::BackupPath, QStringLiteral("Invalid Backup Folder"), absolute);
+    }
+    if (!isAbsolute(folderOf(edit.databaseFolderPath))) {
+        return fault(FallibleSetting::DatabaseFolderPath, QStringLiteral("Invalid Library Folder"), absolute);
+    }
+    return std::nullopt;
 }
 
 QList<std::pair<QString, QString>> settingsToWrite(const SettingsEdit &edit)

@@ -44,18 +44,25 @@ struct SettingsEdit
     bool operator==(const SettingsEdit &) const = default;
 };
 
-// Where in the settings window a value stands that may be refused.
-enum class SettingsArea {
-    Publishing,
-    Data,
+// A value that a reader can get wrong.
+enum class FallibleSetting {
+    PublishInterval,
+    LocalPublishPath,
+    BackupInterval,
+    MaximumBackupFiles,
+    BackupPath,
+    DatabaseFolderPath,
+};
+
+struct SettingsFault
+{
+    FallibleSetting setting;
+    AppNotice notice; // what to tell the reader
 };
 
 // The first thing wrong with the values, numbers before folders; nothing when
 // they may be saved.
-std::optional<AppNotice> validationNotice(const SettingsEdit &edit);
-
-// Where that is.
-std::optional<SettingsArea> invalidArea(const SettingsEdit &edit);
+std::optional<SettingsFault> firstFault(const SettingsEdit &edit);
 
 // The keys and texts to store, in the order in which they are written. Blank
 // secrets are left out.

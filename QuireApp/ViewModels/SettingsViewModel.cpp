@@ -11,6 +11,35 @@
 
 namespace quire {
 
+namespace {
+
+struct SettingPlace
+{
+    QuireSettingsTab tab;
+    QString property;
+};
+
+SettingPlace placeOf(FallibleSetting setting)
+{
+    switch (setting) {
+    case FallibleSetting::PublishInterval:
+        return {QuireSettingsTab::Publishing, QStringLiteral("publishInterval")};
+    case FallibleSetting::LocalPublishPath:
+        return {QuireSettingsTab::Publishing, QStringLiteral("localPublishPath")};
+    case FallibleSetting::BackupInterval:
+        return {QuireSettingsTab::Data, QStringLiteral("backupInterval")};
+    case FallibleSetting::MaximumBackupFiles:
+        return {QuireSettingsTab::Data, QStringLiteral("maximumBackupFiles")};
+    case FallibleSetting::BackupPath:
+        return {QuireSettingsTab::Data, QStringLiteral("backupPath")};
+    case FallibleSetting::DatabaseFolderPath:
+        return {QuireSettingsTab::Data, QStringLiteral("databaseFolderPath")};
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
 SettingsViewModel::SettingsViewModel(AppModel &model, AppearanceViewModel &appearance, QUrl helpHost, QObject *parent)
     : QObject(parent)
     , m_model(model)
@@ -277,14 +306,10 @@ void SettingsViewModel::save()
 
 void SettingsViewModel::showWhatIsRefused()
 {
-    const auto area = invalidArea(m_edit);
-    if (!area) {
-        return;
-    }
-    const QString tab = *area == SettingsArea::Publishing ? QStringLiteral("publishing") : QStringLiteral("data");
-    if (tab != m_selectedTab) {
-        selectTab(tab);
-        Q_EMIT ledToTab();
+    if (const auto fault = firstFault(m_edit)) {
+        const auto [tab, property] = placeOf(fault->setting);
+        selectTab(rawValue(tab));
+        Q_EMIT refused(property);
     }
 }
 

@@ -145,8 +145,8 @@ public:
     // Shows the backup folder as it stands in its buffer.
     Q_INVOKABLE void openBackups();
 
-    // Stores the buffers; saved() follows, or a notice of the model, and ledToTab()
-    // before it where the value that is refused is on a tab that was not shown.
+    // Stores the buffers; saved() follows, or a notice of the model, and before it
+    // refused() where a value is wrong.
     // Nothing before the library is open: they hold no settings of its own yet.
     Q_INVOKABLE void save();
 
@@ -159,7 +159,8 @@ Q_SIGNALS:
     void savingChanged();
     void backingUpChanged();
     void saved();
-    void ledToTab();
+    // The value of that property cannot be saved; its tab is the one selected.
+    void refused(const QString &property);
 
 private:
     // Puts a value into its buffer, and announces a change.

@@ -13,6 +13,12 @@ SettingsSection {
     signal logsRequested
 
     firstField: libraryFolder.field
+    fallibleFields: ({
+            databaseFolderPath: libraryFolder.field,
+            backupPath: backupFolder.field,
+            backupInterval: backupInterval,
+            maximumBackupFiles: maximumBackupFiles
+        })
     title: "Data & Backups"
     systemImage: "externaldrive"
 
@@ -40,6 +46,8 @@ SettingsSection {
         title: "Backup Folder"
 
         FolderField {
+            id: backupFolder
+
             width: parent.width
             name: "Backup Folder"
             path: tab.settings.backupPath
@@ -62,6 +70,8 @@ SettingsSection {
                 text: "Every"
             }
             NumberField {
+                id: backupInterval
+
                 placeholderText: "Days"
                 value: tab.settings.backupInterval
                 to: 365
@@ -78,6 +88,8 @@ SettingsSection {
                 text: "Keep"
             }
             NumberField {
+                id: maximumBackupFiles
+
                 placeholderText: "Files"
                 value: tab.settings.maximumBackupFiles
                 to: 200

@@ -12,6 +12,10 @@ SettingsSection {
     signal accepted
 
     firstField: token
+    fallibleFields: ({
+            localPublishPath: publishFolder.field,
+            publishInterval: publishInterval
+        })
     title: "Publishing"
     systemImage: "square.and.arrow.up"
 
@@ -66,6 +70,8 @@ SettingsSection {
         title: "Local Publishing Folder (Optional)"
 
         FolderField {
+            id: publishFolder
+
             width: parent.width
             name: "Local Publishing Folder (Optional)"
             prompt: "No local copy"
@@ -82,6 +88,8 @@ SettingsSection {
         title: "Minutes Between Updates"
 
         NumberField {
+            id: publishInterval
+
             width: 100
             placeholderText: "Minutes"
             value: tab.settings.publishInterval

@@ -34,8 +34,8 @@ FocusScope {
         function onSaved() {
             view.dismissed();
         }
-        function onLedToTab() {
-            view.focusFirstField(); // where the keyboard was is out of sight
+        function onRefused(property: string) {
+            view.shownTab.fallibleFields[property].forceActiveFocus();
         }
     }
 

@@ -10,6 +10,7 @@ Rectangle {
     required property string title
     required property string systemImage
     property Item firstField // where the reader begins
+    property var fallibleFields: ({}) // the fields whose values may be refused, by the property they show
     default property alias content: fields.data
 
     implicitHeight: column.implicitHeight + 36

@@ -129,23 +129,34 @@ TEST_F(SettingsViewModelTest, ARefusedValueIsShownOnItsTab)
     startModel();
     AppearanceViewModel appearance(*model, clock, colorPanel);
     SettingsViewModel settings(*model, appearance, helpHost);
-    settings.load();
-    const QSignalSpy led(&settings, &SettingsViewModel::ledToTab);
-    settings.selectTab(QStringLiteral("appearance"));
-    settings.setPublishInterval(0);
-    settings.setBackupPath(QStringLiteral("backups"));
-    settings.save();
-    EXPECT_EQ(settings.selectedTab(), QStringLiteral("publishing"));
-    EXPECT_TRUE(eventually([&] { return model->notice() && !settings.isSaving(); }));
+    QSignalSpy refused(&settings, &SettingsViewModel::refused);
+    const auto refusal = [&](auto spoil) {
+        settings.load();
+        settings.selectTab(QStringLiteral("appearance"));
+        spoil();
+        refused.clear();
+        settings.save();
+        EXPECT_EQ(refused.size(), 1);
+        EXPECT_TRUE(eventually([&] { return model->notice() && !settings.isSaving(); }));
+        model->setNotice(std::nullopt);
+        return refused.isEmpty() ? QString() : settings.selectedTab() + u' ' + refused.first().first().toString();
+    };
+    const auto is = [](const char *text) { return QString::fromLatin1(text); };
 
-    settings.setPublishInterval(15);
+    EXPECT_EQ(refusal([&] { settings.setPublishInterval(0); }), is("publishing publishInterval"));
+    EXPECT_EQ(refusal([&] { settings.setLocalPublishPath(is("site")); }), is("publishing localPublishPath"));
+    EXPECT_EQ(refusal([&] { settings.setBackupInterval(0); }), is("data backupInterval"));
+    EXPECT_EQ(refusal([&] { settings.setMaximumBackupFiles(0); }), is("data maximumBackupFiles"));
+    EXPECT_EQ(refusal([&] { settings.setBackupPath(is("backups")); }), is("data backupPath"));
+    EXPECT_EQ(refusal([&] { settings.setDatabaseFolderPath(is("library")); }), is("data databaseFolderPath"));
+
+    settings.load();
+    settings.selectTab(is("appearance"));
+    refused.clear();
     settings.save();
-    EXPECT_EQ(settings.selectedTab(), QStringLiteral("data"));
     EXPECT_TRUE(eventually([&] { return !settings.isSaving(); }));
-    EXPECT_EQ(led.size(), 2);
-    settings.save();
-    EXPECT_EQ(led.size(), 2) << "it is shown already";
-    EXPECT_TRUE(eventually([&] { return !settings.isSaving(); }));
+    EXPECT_EQ(refused.size(), 0);
+    EXPECT_EQ(settings.selectedTab(), is("appearance"));
 }
 
 TEST_F(SettingsViewModelTest, TheFoldersOfTheReaderFillTheirBuffersAndNothingElse)

@@ -20,10 +20,22 @@ SettingsEdit acceptable()
     return edit;
 }
 
+std::optional<AppNotice> noticeOf(const SettingsEdit &edit)
+{
+    const auto fault = firstFault(edit);
+    return fault ? std::optional(fault->notice) : std::nullopt;
+}
+
 QString titleOf(const SettingsEdit &edit)
 {
-    const auto notice = validationNotice(edit);
+    const auto notice = noticeOf(edit);
     return notice ? notice->title : QString();
+}
+
+std::optional<FallibleSetting> faultyOf(const SettingsEdit &edit)
+{
+    const auto fault = firstFault(edit);
+    return fault ? std::optional(fault->setting) : std::nullopt;
 }
 
 TEST(SettingsEdit, OpensWithWhatIsStoredAndEmptySecrets)
@@ -55,10 +67,10 @@ TEST(SettingsValidation, AcceptsTheLimits)
     edit.publishInterval = 10080;
     edit.backupInterval = 365;
     edit.maximumBackupFiles = 200;
-    EXPECT_EQ(validationNotice(edit), std::nullopt);
+    EXPECT_EQ(noticeOf(edit), std::nullopt);
 
     edit.publishInterval = edit.backupInterval = edit.maximumBackupFiles = 1;
-    EXPECT_EQ(validationNotice(edit), std::nullopt);
+    EXPECT_EQ(noticeOf(edit), std::nullopt);
 }
 
 TEST(SettingsValidation, RefusesOneBeyondEachLimit)
@@ -66,21 +78,21 @@ TEST(SettingsValidation, RefusesOneBeyondEachLimit)
     for (const qint64 minutes : {0, 10081}) {
         SettingsEdit edit = acceptable();
         edit.publishInterval = minutes;
-        EXPECT_EQ(validationNotice(edit),
+        EXPECT_EQ(noticeOf(edit),
             AppNotice::error(QStringLiteral("Invalid Publishing Interval"),
                 QStringLiteral("Choose a whole number from 1 to 10,080 minutes.")));
     }
     for (const qint64 days : {0, 366}) {
         SettingsEdit edit = acceptable();
         edit.backupInterval = days;
-        EXPECT_EQ(validationNotice(edit),
+        EXPECT_EQ(noticeOf(edit),
             AppNotice::error(QStringLiteral("Invalid Backup Interval"),
                 QStringLiteral("Choose a whole number from 1 to 365 days.")));
     }
     for (const qint64 files : {0, 201}) {
         SettingsEdit edit = acceptable();
         edit.maximumBackupFiles = files;
-        EXPECT_EQ(validationNotice(edit),
+        EXPECT_EQ(noticeOf(edit),
             AppNotice::error(QStringLiteral("Invalid Backup Limit"),
                 QStringLiteral("Choose to keep between 1 and 200 backup files.")));
     }
@@ -91,31 +103,35 @@ TEST(SettingsValidation, RefusesRelativeFolders)
     const QString message = QStringLiteral("Choose an absolute folder path.");
     SettingsEdit edit = acceptable();
     edit.localPublishPath = QStringLiteral("site");
-    EXPECT_EQ(validationNotice(edit), AppNotice::error(QStringLiteral("Invalid Publishing Folder"), message));
+    EXPECT_EQ(noticeOf(edit), AppNotice::error(QStringLiteral("Invalid Publishing Folder"), message));
 
     edit = acceptable();
     edit.backupPath = QStringLiteral("backups");
-    EXPECT_EQ(validationNotice(edit), AppNotice::error(QStringLiteral("Invalid Backup Folder"), message));
+    EXPECT_EQ(noticeOf(edit), AppNotice::error(QStringLiteral("Invalid Backup Folder"), message));
     edit.backupPath = QStringLiteral("  ");
     EXPECT_EQ(titleOf(edit), QStringLiteral("Invalid Backup Folder"));
 
     edit = acceptable();
     edit.databaseFolderPath = QStringLiteral("~reader/library");
-    EXPECT_EQ(validationNotice(edit), AppNotice::error(QStringLiteral("Invalid Library Folder"), message));
+    EXPECT_EQ(noticeOf(edit), AppNotice::error(QStringLiteral("Invalid Library Folder"), message));
 }
 
-TEST(SettingsValidation, TellsWhereTheFirstFaultIs)
+TEST(SettingsValidation, TellsWhichValueIsTheFirstAtFault)
 {
     SettingsEdit edit = acceptable();
-    EXPECT_EQ(invalidArea(edit), std::nullopt);
+    EXPECT_EQ(faultyOf(edit), std::nullopt);
     edit.databaseFolderPath = QStringLiteral("library");
-    EXPECT_EQ(invalidArea(edit), SettingsArea::Data);
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::DatabaseFolderPath);
+    edit.backupPath = QStringLiteral("backups");
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::BackupPath);
     edit.localPublishPath = QStringLiteral("site");
-    EXPECT_EQ(invalidArea(edit), SettingsArea::Publishing);
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::LocalPublishPath);
     edit.maximumBackupFiles = 0;
-    EXPECT_EQ(invalidArea(edit), SettingsArea::Data);
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::MaximumBackupFiles);
+    edit.backupInterval = 0;
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::BackupInterval);
     edit.publishInterval = 0;
-    EXPECT_EQ(invalidArea(edit), SettingsArea::Publishing);
+    EXPECT_EQ(faultyOf(edit), FallibleSetting::PublishInterval);
 }
 
 TEST(SettingsValidation, AcceptsATildeAndNoPublishingFolder)

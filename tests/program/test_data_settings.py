@@ -82,7 +82,7 @@ class DataSettings(ProgramTestCase):
         program.wait_for_text("Invalid Backup Interval")
         settings.dismiss_notice()
         self.assertEqual(settings.field("Days").text, "0")
-        self.eventually(lambda: program.focused().name == "Library Folder", "the keyboard is not on the tab that shows")
+        self.eventually(lambda: program.focused().name == "Days", "the keyboard is not where the mistake is")
 
     def test_a_home_folder_may_be_written_with_a_tilde(self):
         program = self.start()

@@ -72,6 +72,28 @@ Item {
             verify(field.displayText.indexOf("s") < 0);
         }
 
+        function test_theKeyboardIsLedToWhatIsRefused_data() {
+            return [
+                { tag: "Minutes", property: "publishInterval", wrong: 0 },
+                { tag: "Local Publishing Folder (Optional)", property: "localPublishPath", wrong: "site" },
+                { tag: "Days", property: "backupInterval", wrong: 0 },
+                { tag: "Files", property: "maximumBackupFiles", wrong: 0 },
+                { tag: "Backup Folder", property: "backupPath", wrong: "backups" },
+                { tag: "Library Folder", property: "databaseFolderPath", wrong: "library" }
+            ];
+        }
+
+        function test_theKeyboardIsLedToWhatIsRefused(setting) {
+            fixture.shell.settings[setting.property] = setting.wrong;
+            mouseClick(named("Save"));
+            tryVerify(() => fixture.hasNotice());
+            const typing = root.Window.activeFocusItem;
+            verify(typing instanceof TextInput);
+            compare(typing.Accessible.name, setting.tag);
+            compare(typing.text, String(setting.wrong));
+            fixture.shell.activity.dismissNotice();
+        }
+
         function test_zz_savingWhatWasTypedDismisses() {
             mouseClick(named("User ID"));
             keyClick("7");
