@@ -11,6 +11,8 @@ Rectangle {
     property real cornerRadius: 6
 
     radius: placeholder.cornerRadius
+    border.width: Theme.isAccentLight ? 1 : 0 // white on white otherwise
+    border.color: Theme.hairline
     gradient: Gradient {
         GradientStop {
             position: 0
