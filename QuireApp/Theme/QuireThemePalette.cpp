@@ -52,6 +52,12 @@ QColor toColor(const CustomAccentColor &color)
     return QColor::fromRgbF(float(safe.red), float(safe.green), float(safe.blue));
 }
 
+CustomAccentColor customAccentColor(const QColor &color)
+{
+    return color.isValid() ? CustomAccentColor::clamped(color.redF(), color.greenF(), color.blueF())
+                           : AccentPalette::fjord;
+}
+
 QColor accentTint(const CustomAccentColor &accent, double factor)
 {
     const auto wash = [factor](double component) { return 1 - (1 - component) * factor; };

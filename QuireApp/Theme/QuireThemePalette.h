@@ -39,6 +39,10 @@ QuireThemePalette palette(const CustomAccentColor &accent);
 
 QColor toColor(const CustomAccentColor &color);
 
+// A colour of the toolkit, of whatever model, in sRGB, each component brought into
+// range; Fjord for one that is none (QColor::isValid()).
+CustomAccentColor customAccentColor(const QColor &color);
+
 // A wash of the accent over white; factor from 0 (white) to 1 (the accent).
 QColor accentTint(const CustomAccentColor &accent, double factor);
 

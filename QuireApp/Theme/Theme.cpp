@@ -60,7 +60,7 @@ void Theme::setAppearance(
 
 QColor Theme::foregroundOn(const QColor &surface) const
 {
-    return ThemePalette::foregroundOnAccent({surface.redF(), surface.greenF(), surface.blueF()});
+    return ThemePalette::foregroundOnAccent(ThemePalette::customAccentColor(surface));
 }
 
 int Theme::capitalsDrop(const QString &family, int size) const

@@ -69,6 +69,17 @@ TEST(ThemePalette, StoredNumbersOutOfRangeStillMakeAColour)
     EXPECT_EQ(hex(ThemePalette::toColor({-3, 7, 0})), QStringLiteral("#00ff00"));
 }
 
+TEST(ThemePalette, AColourOfTheToolkitIsTakenWhateverItsModel)
+{
+    EXPECT_EQ(ThemePalette::customAccentColor(Qt::green), (CustomAccentColor{0, 1, 0}));
+    EXPECT_EQ(ThemePalette::customAccentColor(QColor::fromHsv(240, 255, 255)), (CustomAccentColor{0, 0, 1}));
+    EXPECT_EQ(ThemePalette::customAccentColor(QColor::fromCmyk(0, 255, 255, 0)), (CustomAccentColor{1, 0, 0}));
+    const QColor beyondRange = QColor::fromRgbF(1.5F, -0.25F, 0.5F);
+    ASSERT_EQ(beyondRange.spec(), QColor::ExtendedRgb);
+    EXPECT_EQ(ThemePalette::customAccentColor(beyondRange), (CustomAccentColor{1, 0, 0.5}));
+    EXPECT_EQ(ThemePalette::customAccentColor(QColor()), AccentPalette::fjord);
+}
+
 TEST(SidebarPalette, ADarkSidebarKeepsItsWhiteTextUnderASnowAccent)
 {
     const QuireSidebarPalette palette = sidebarPalette(SidebarAppearance::Fjord, AccentPalette::snow);
