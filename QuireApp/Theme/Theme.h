@@ -131,10 +131,11 @@ public:
     QColor sidebarSearchForeground() const { return m_sidebar.searchForeground; }
     QColor sidebarSearchMuted() const { return m_sidebar.searchMuted; }
     QColor sidebarSearchFill() const { return m_sidebar.searchFill; }
+    // That of the palette, or one in ink where its tint cannot be told from a light
+    // sidebar.
     QColor sidebarBorder() const;
     QColor sidebarSelection() const { return m_sidebar.selection; }
-    // Round what is selected where its tint cannot be told from a light sidebar;
-    // transparent otherwise.
+    // Round what is selected, in the same case; transparent otherwise.
     QColor sidebarSelectionEdge() const;
     QColor sidebarHover() const { return m_sidebar.hover; }
     QColor sidebarBase() const { return m_background.base; }
